@@ -1,0 +1,105 @@
+// The object store of a database: one record (stub) per object, addressed
+// by id in O(1) and by handle through a hash map. Host internals, shared by
+// the database, the drawing files and the command line.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "OxDbDatabase.h"
+#include "OxDbObject.h"
+#include "OxDbObjectId.h"
+
+class OxDbLayerStateManager;
+class PavoUndoController;
+class OxDbLayoutManager;
+
+class OxDbStub : public OxDbStubHeader {
+public:
+    std::unique_ptr<OxDbObject> object; // null for a handle referred to before its object exists
+    OxDbObjectId owner;
+    std::uint32_t readers = 0;
+    bool writer = false;
+    bool erased = false;
+};
+
+namespace pavo::db {
+
+// A misuse of the database by a caller (a setter on an object not open for
+// write, an open never closed); collected and reported after each command.
+struct Misuse {
+    std::wstring what;
+};
+
+struct Store {
+    explicit Store(OxDbDatabase* db) : database(db) {}
+    OxDbDatabase* database;
+    std::deque<OxDbStub> stubs; // stable addresses
+    std::unordered_map<std::uint64_t, OxDbStub*> byHandle;
+    std::uint64_t nextHandle = 1;
+
+    // Open bookkeeping: every stub with readers or a writer.
+    std::unordered_set<OxDbStub*> open;
+    std::vector<Misuse> misuses;
+
+    // The stub of `handle`, made (without an object) when missing.
+    OxDbStub* stubForHandle(std::uint64_t handle);
+    // A new stub with the next free handle.
+    OxDbStub* newStub();
+    // Makes `obj` resident under `stub` (or the pending stub, or a new
+    // handle), owned by `owner`, not open. The handle seed moves past it.
+    OxDbObjectId attach(OxDbObject* obj, const OxDbObjectId& owner, OxDbStub* stub = nullptr);
+
+    // The drawing reader gives objects their saved handles: the next object
+    // made resident through the public API (table add, dictionary setAt,
+    // block append, attribute append) takes this stub instead of a new one.
+    void setPendingStub(OxDbStub* stub) { pendingStub = stub; }
+    OxDbStub* pendingStub = nullptr;
+};
+
+} // namespace pavo::db
+
+// The database's private state.
+struct OxDbDatabase::Impl {
+    explicit Impl(OxDbDatabase* db) : store(db) {}
+    pavo::db::Store store;
+
+    OxDbObjectId layerTable, linetypeTable, blockTable;
+    OxDbObjectId namedObjects, layoutDictionary, plotSettingsDictionary, plotStyleNameDictionary,
+        layerStatesDictionary, materialDictionary;
+    OxDbObjectId layerZero, byLayerLinetype, byBlockLinetype, continuousLinetype;
+    OxDbObjectId byLayerMaterial, byBlockMaterial, globalMaterial;
+    OxDbObjectId modelSpace;
+
+    // Header variables.
+    OxDbObjectId clayer, celtype;
+    OxCmColor cecolor;
+    OxDb::LineWeight celweight = OxDb::kLnWtByLayer;
+    bool tilemode = true;
+    int pstylemode = 0;
+    int measurement = 1;
+    int extnames = 1;
+    double ltscale = 1.0;
+    int insunits = 4;
+    int cvport = 2;
+    OxDbObjectId currentLayout; // the layout shown when TILEMODE is 0
+
+    OxString fileName;
+    bool modified = false;
+
+    std::unique_ptr<OxDbLayerStateManager> layerStates;
+    std::unique_ptr<PavoUndoController> undo;
+
+    // Regeneration requests since the last reset, for tests and the editor.
+    std::vector<OxDbObjectId> regenQueue;
+    int regenerateRequests = 0;
+
+    // Called on every first write open of an object in a command (undo hook).
+    std::function<void(OxDbObject*)> onFirstWriteOpen;
+};

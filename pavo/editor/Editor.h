@@ -1,0 +1,69 @@
+// The command line of the session: prompts, answers, oxedInitGet state and
+// the last input. The oxed* functions of the host API forward to the current
+// editor.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Input.h"
+#include "Keywords.h"
+#include "OxString.h"
+#include "Output.h"
+
+namespace pavo::editor {
+
+class SystemVariables;
+
+class Editor {
+public:
+    Editor(InputSource& input, Output& output, SystemVariables& variables);
+    ~Editor();
+
+    static Editor* current();
+    static void setCurrent(Editor* editor);
+
+    InputSource& input() { return *m_input; }
+    void setInput(InputSource& input) { m_input = &input; }
+    Output& output() { return *m_output; }
+    SystemVariables& variables() { return *m_variables; }
+
+    // Prints `prompt` and reads one answer; echoes it in script mode. Once
+    // the input has ended every read returns End at once.
+    InputLine ask(const std::wstring& prompt, const std::vector<std::wstring>& completions = {});
+    // True once the input source is used up.
+    bool inputEnded() const { return m_inputEnded; }
+
+    // oxedInitGet state (applies to the next input call only).
+    void initGet(int flags, const wchar_t* keywords);
+    // The input functions of the host API; statuses as documented there.
+    int getKword(const wchar_t* prompt, OxString& result);
+    int getString(bool allowBlanks, const wchar_t* prompt, OxString& result);
+    int getReal(const wchar_t* prompt, double& result);
+    int getInt(const wchar_t* prompt, int& result);
+    int getInput(OxString& result) const;
+
+    // ERRNO, set by the pick functions.
+    int errorNumber() const;
+    void setErrorNumber(int value);
+
+private:
+    struct Pending {
+        int flags = 0;
+        KeywordList keywords;
+        bool set = false;
+    };
+    Pending takePending();
+
+    InputSource* m_input;
+    Output* m_output;
+    SystemVariables* m_variables;
+    Pending m_pending;
+    KeywordList m_lastKeywords; // kept for oxedGetInput after string input
+    OxString m_lastInput;
+    bool m_inputEnded = false;
+};
+
+} // namespace pavo::editor

@@ -1,0 +1,33 @@
+// The command line's output: UTF-8 to a stream. It tracks whether the last
+// line is an answered prompt, so that a text starting with "\n" after an
+// answer does not leave an empty line, and an answer is always followed by a
+// line end before other text.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace pavo::editor {
+
+class Output {
+public:
+    explicit Output(std::ostream& out) : m_out(&out) {}
+    void setStream(std::ostream& out) { m_out = &out; }
+    std::ostream& stream() { return *m_out; }
+
+    // Writes text as the command line shows it.
+    void write(std::wstring_view text);
+    // The user answered: `echo` is written (scripts) or was typed (terminal).
+    void answered(std::wstring_view echo, bool echoIt);
+    // Ends the last line if anything is on it (at exit).
+    void finishLine();
+    void flush();
+
+private:
+    std::ostream* m_out;
+    bool m_atLineStart = true;
+    bool m_afterAnswer = false;
+};
+
+} // namespace pavo::editor

@@ -1,0 +1,56 @@
+// System variables: a table of name, type, default, range and where each is
+// kept (the drawing, or the session).
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "OxString.h"
+#include "resbuf.h"
+
+class OxDbDatabase;
+
+namespace pavo::editor {
+
+class SystemVariables {
+public:
+    enum class Type { Int16, Int32, Real, String };
+    enum class Storage { Drawing, Session };
+
+    struct Definition {
+        std::wstring name;
+        Type type;
+        Storage storage;
+        bool readOnly = false;
+        double minimum = 0, maximum = 0; // numbers; equal bounds mean no range
+        std::wstring description;
+    };
+
+    // `database` gives the working database for drawing variables.
+    explicit SystemVariables(std::function<OxDbDatabase*()> database);
+
+    const std::vector<Definition>& definitions() const;
+    const Definition* find(const wchar_t* name) const;
+
+    // STATUS_NORMAL with the value (a string value is host-allocated; the
+    // caller frees it with oxutDelBuffer); STATUS_ERROR for an unknown name.
+    int get(const wchar_t* name, resbuf& value) const;
+    // STATUS_NORMAL, or STATUS_ERROR with `message` saying why it was refused
+    // (unknown, read-only, out of range, wrong type, no such layer...).
+    int set(const wchar_t* name, const resbuf& value, std::wstring* message = nullptr);
+    // Parses text typed for the variable's type, then set().
+    int setFromText(const wchar_t* name, const std::wstring& text, std::wstring* message = nullptr);
+    // The value as text, for prompts and listings ("CLAYER" -> "0").
+    std::wstring valueText(const wchar_t* name) const;
+
+    // Session values that a caller may set directly (ERRNO from picks).
+    void setSessionInt(const wchar_t* name, int value);
+
+private:
+    struct Impl;
+    std::shared_ptr<Impl> m_impl;
+};
+
+} // namespace pavo::editor
