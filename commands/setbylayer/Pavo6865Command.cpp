@@ -1,0 +1,11 @@
+#include "Pavo6865Command.h"
+
+#include "module/ResourceScope.h"
+#include "oxed.h"
+
+// Not in this build yet: says so and changes nothing.
+int Pavo6865Command::execute(IPavoBuildInCommandContext* ctx) {
+    vxlayer::ContextResourceScope resources(ctx);
+    oxutPrintf(L"\nSETBYLAYER is not available in this build.");
+    return STATUS_NONE;
+}

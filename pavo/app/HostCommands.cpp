@@ -1,0 +1,159 @@
+// The host's own commands.
+#include <filesystem>
+#include <functional>
+
+#include "base/CaseFold.h"
+#include "OxDbDatabase.h"
+#include "HostCommands.h"
+#include "Session.h"
+#include "base/Utf8.h"
+#include "editor/Editor.h"
+#include "editor/SystemVariables.h"
+#include "oxed.h"
+
+namespace fs = std::filesystem;
+
+namespace pavo::app {
+
+namespace {
+
+// A Yes/No question; Enter gives `defaultYes`; cancel gives false.
+bool askYesNo(const std::wstring& prompt, bool defaultYes) {
+    oxedInitGet(0, L"Yes No _Yes No");
+    OxString answer;
+    const int status = oxedGetKword(prompt.c_str(), answer);
+    if (status == STATUS_NONE) return defaultYes;
+    return status == STATUS_NORMAL && answer.compareNoCase(L"Yes") == 0;
+}
+
+// Asks for a file name; empty when cancelled or nothing typed.
+std::wstring askFileName(const wchar_t* prompt) {
+    OxString name;
+    if (oxedGetString(1, prompt, name) != STATUS_NORMAL) return L"";
+    name.trim();
+    if (name.length() >= 2 && name.getAt(0) == L'"' && name.getAt(name.length() - 1) == L'"')
+        name = name.mid(1, name.length() - 2);
+    return name.str();
+}
+
+std::wstring drawingTitle(const OxDbDatabase* db) {
+    if (!db || db->fileName().isEmpty()) return L"the drawing";
+    return fs::path(db->fileName().str()).filename().wstring();
+}
+
+// True when the current drawing may be replaced.
+bool mayDiscard(Session& s) {
+    const OxDbDatabase* db = s.database();
+    if (!db || !db->isModified()) return true;
+    return askYesNo(L"\nDiscard the changes to " + drawingTitle(db) + L"? [Yes/No] <No>: ", false);
+}
+
+int saveAs(Session& s) {
+    std::wstring name = askFileName(L"\nSave drawing as: ");
+    if (name.empty()) return STATUS_CANCEL;
+    fs::path path(name);
+    if (!path.has_extension()) path += ".pvd";
+    std::error_code ec;
+    if (fs::exists(path, ec) &&
+        !askYesNo(L"\n" + path.wstring() + L" already exists. Replace it? [Yes/No] <No>: ", false))
+        return STATUS_CANCEL;
+    if (!s.saveDrawing(path)) return STATUS_ERROR;
+    oxutPrintf(L"\nSaved %ls.", path.wstring());
+    return STATUS_NORMAL;
+}
+
+int save(Session& s) {
+    OxDbDatabase* db = s.database();
+    if (!db) return STATUS_ERROR;
+    if (db->fileName().isEmpty()) return saveAs(s);
+    const fs::path path(db->fileName().str());
+    if (!s.saveDrawing(path)) return STATUS_ERROR;
+    oxutPrintf(L"\nSaved %ls.", path.wstring());
+    return STATUS_NORMAL;
+}
+
+int open(Session& s) {
+    if (!mayDiscard(s)) return STATUS_CANCEL;
+    const std::wstring name = askFileName(L"\nDrawing to open: ");
+    if (name.empty()) return STATUS_CANCEL;
+    if (!s.openDrawing(fs::path(name))) return STATUS_ERROR;
+    oxutPrintf(L"\nOpened %ls.", name);
+    return STATUS_NORMAL;
+}
+
+int newDrawing(Session& s) {
+    if (!mayDiscard(s)) return STATUS_CANCEL;
+    s.newDrawing();
+    oxutPrintf(L"\nStarted a new drawing.");
+    return STATUS_NORMAL;
+}
+
+int quit(Session& s) {
+    OxDbDatabase* db = s.database();
+    if (db && db->isModified()) {
+        oxedInitGet(0, L"Yes No Cancel _Yes No Cancel");
+        OxString answer;
+        const std::wstring prompt = L"\nSave the changes to " + drawingTitle(db) + L"? [Yes/No/Cancel] <Cancel>: ";
+        const int status = oxedGetKword(prompt.c_str(), answer);
+        if (status != STATUS_NORMAL || answer.compareNoCase(L"Cancel") == 0) return STATUS_CANCEL;
+        if (answer.compareNoCase(L"Yes") == 0 && save(s) != STATUS_NORMAL) return STATUS_ERROR;
+    }
+    s.requestQuit();
+    return STATUS_NORMAL;
+}
+
+int setvar(Session& s) {
+    editor::SystemVariables& vars = s.variables();
+    // Any text is a variable name; the keyword list only offers "?".
+    oxedInitGet(128, L"? _?");
+    OxString name;
+    const int status = oxedGetKword(L"\nEnter variable name or [?]: ", name);
+    if (status != STATUS_NORMAL) return status;
+    if (name == L"?") {
+        for (const auto& d : vars.definitions())
+            oxutPrintf(L"\n%-16ls %-24ls %ls", d.name, vars.valueText(d.name.c_str()), d.description);
+        return STATUS_NORMAL;
+    }
+    name.makeUpper();
+    if (!vars.find(name)) {
+        oxutPrintf(L"\nUnknown variable name \"%ls\".", name);
+        return STATUS_ERROR;
+    }
+    s.runCommandLine(name.str());
+    return STATUS_NORMAL;
+}
+
+int help(Session& s) {
+    oxutPrintf(L"\nCommands:");
+    for (const auto& e : s.commands().entries()) {
+        const wchar_t* description = e.factory->description();
+        oxutPrintf(L"\n  %-14ls %ls", e.localName, description && *description ? description : L"layer command");
+    }
+    oxutPrintf(L"\nType a command name, or a system variable name to change it (SETVAR ? lists them).");
+    oxutPrintf(L"\nA name starting with \"_\" is the command's English name.");
+    return STATUS_NORMAL;
+}
+
+} // namespace
+
+void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostCommandFactory>>& owned) {
+    Session* s = &session;
+    auto add = [&](const wchar_t* name, const wchar_t* description, std::function<int()> run) {
+        auto factory = std::make_unique<HostCommandFactory>(name, description, std::move(run));
+        session.commands().addCommand(factory.get(), 0);
+        owned.push_back(std::move(factory));
+    };
+    add(L"OPEN", L"opens a drawing file", [s] { return open(*s); });
+    add(L"NEW", L"starts a new drawing", [s] { return newDrawing(*s); });
+    add(L"SAVE", L"saves the drawing", [s] { return save(*s); });
+    add(L"SAVEAS", L"saves the drawing under a new name", [s] { return saveAs(*s); });
+    add(L"QUIT", L"ends pavo", [s] { return quit(*s); });
+    add(L"SETVAR", L"lists or changes system variables", [s] { return setvar(*s); });
+    add(L"HELP", L"lists the commands", [s] { return help(*s); });
+    add(L"INITDIA", L"makes the next command show its dialog", [s] {
+        s->requestDialogForNextCommand();
+        return STATUS_NORMAL;
+    });
+}
+
+} // namespace pavo::app

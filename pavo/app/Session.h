@@ -1,0 +1,124 @@
+// A pavo session: one drawing, one command line, the loaded modules and the
+// read-eval loop at "Command: ".
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "CommandStore.h"
+#include "IPavoCommand.h"
+#include "editor/Input.h"
+
+class OxDbDatabase;
+
+namespace pavo::editor {
+class Editor;
+class Output;
+class SystemVariables;
+} // namespace pavo::editor
+
+namespace pavo::app {
+
+class HostCommandFactory;
+class ModuleLoader;
+class SessionContext;
+
+// Exit statuses of pavo.
+enum ExitCode : int {
+    kExitOk = 0,
+    kExitUsage = 1,            // bad command line options
+    kExitBadDrawing = 2,       // the drawing cannot be read
+    kExitScriptEnded = 3,      // the script ended inside a command
+    kExitInternalError = 4,    // a leak or misuse found after a command, or an exception
+    kExitModuleNotLoaded = 5,  // a configured module could not be loaded
+};
+
+struct SessionOptions {
+    std::vector<std::filesystem::path> resourcePath; // folders holding resource libraries
+    std::vector<std::filesystem::path> modulePath;   // folders holding modules
+    std::vector<std::wstring> modules{L"VxLayerCmds"};
+    std::vector<std::filesystem::path> supportPath; // linetype files, plot styles, ...
+    std::string language;                           // "" for English
+    bool noDialogs = false;
+    std::string historyFile;
+};
+
+// The default folders: PAVO_RESOURCE_PATH / PAVO_MODULE_PATH (colon
+// separated) first, then next to the executable, then the source tree.
+SessionOptions defaultSessionOptions(const std::filesystem::path& executable);
+
+class Session {
+public:
+    Session(SessionOptions options, std::unique_ptr<editor::InputSource> input, std::ostream& out);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Loads the configured modules; false (with messages printed) if one failed.
+    bool loadModules();
+
+    // The drawing. Each returns false with a message printed on failure,
+    // keeping the current drawing.
+    bool openDrawing(const std::filesystem::path& path);
+    bool openSample();
+    void newDrawing();
+    bool saveDrawing(const std::filesystem::path& path);
+    OxDbDatabase* database() const;
+
+    // The read-eval loop; returns the exit status.
+    int run();
+    // Runs one line typed at "Command: " (a command or a variable name).
+    void runCommandLine(const std::wstring& text);
+    bool quitRequested() const { return m_quit; }
+    void requestQuit() { m_quit = true; }
+
+    // Records an internal error (reported, and the exit status becomes 4).
+    void internalError(const std::wstring& what);
+    int exitCode() const { return m_exitCode; }
+    void setExitCode(int code) {
+        if (m_exitCode == kExitOk) m_exitCode = code;
+    }
+
+    CommandStore& commands() { return m_commands; }
+    editor::Editor& editor() { return *m_editor; }
+    editor::Output& output() { return *m_output; }
+    editor::SystemVariables& variables() { return *m_variables; }
+    ModuleLoader& modules() { return *m_loader; }
+    const SessionOptions& options() const { return m_options; }
+    PavoDocumentData& documentData() { return m_documentData; }
+    // The next command asks for its dialog (INITDIA).
+    void requestDialogForNextCommand() { m_dialogRequested = true; }
+    int regenerateRequests() const { return m_regenerateRequests; }
+
+    static Session* current();
+
+private:
+    friend class SessionContext;
+    void runCommand(const CommandStore::Entry& entry);
+    void checkAfterCommand(const std::wstring& name);
+    void askVariable(const std::wstring& name);
+    void adoptDrawing(std::unique_ptr<OxDbDatabase> db);
+
+    SessionOptions m_options;
+    std::unique_ptr<editor::InputSource> m_input;
+    std::unique_ptr<editor::Output> m_output;
+    std::unique_ptr<editor::SystemVariables> m_variables;
+    std::unique_ptr<editor::Editor> m_editor;
+    CommandStore m_commands;
+    std::unique_ptr<ModuleLoader> m_loader;
+    std::vector<std::unique_ptr<HostCommandFactory>> m_hostCommands;
+    std::unique_ptr<OxDbDatabase> m_db;
+    PavoDocumentData m_documentData;
+    std::wstring m_lastCommand;
+    bool m_dialogRequested = false;
+    bool m_dialogRequestedForThisCommand = false;
+    bool m_quit = false;
+    int m_exitCode = kExitOk;
+    int m_regenerateRequests = 0;
+};
+
+} // namespace pavo::app

@@ -1,0 +1,32 @@
+// The context a command runs in: resource switching, dialogs, the document.
+#pragma once
+
+#include "IPavoCommand.h"
+
+namespace pavo::app {
+
+class Session;
+
+class SessionContext : public IPavoBuildInCommandContext {
+public:
+    SessionContext(Session& session, bool dialogRequested) : m_session(session), m_dialogRequested(dialogRequested) {}
+    ~SessionContext();
+
+    bool setCurrentResource(const wchar_t* moduleFileName) override;
+    void restoreResource(int reserved) override;
+    bool isNoDialogContext() override;
+    PavoDocumentData* documentState() override;
+    bool isDialogRequested() override { return m_dialogRequested; }
+    OxDbDatabase* database() override;
+    void regenerate() override;
+
+    // Switches made and not restored yet (a leak when the command ends).
+    int unrestoredSwitches() const { return m_switches; }
+
+private:
+    Session& m_session;
+    bool m_dialogRequested;
+    int m_switches = 0;
+};
+
+} // namespace pavo::app

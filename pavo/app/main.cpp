@@ -1,0 +1,65 @@
+// pavo: a drafting shell for the terminal.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+
+#include "app/Session.h"
+#include "base/Utf8.h"
+#include "editor/Input.h"
+
+namespace fs = std::filesystem;
+using pavo::app::ExitCode;
+
+int main(int argc, char** argv) {
+    CLI::App cli{"pavo: a drafting shell for layers, in the terminal"};
+    std::string drawing, script;
+    bool newDrawing = false, noDialogs = false;
+    cli.add_option("DRAWING", drawing, "Drawing file to open (the sample drawing when none is given)");
+    cli.add_flag("--new", newDrawing, "Start an empty drawing instead of the sample");
+    cli.add_option("--script", script, "Read the answers from FILE, one line each, and echo them");
+    cli.add_flag("--no-dialogs", noDialogs, "Never show dialogs; commands use their command-line forms");
+    cli.set_version_flag("--version", std::string("pavo ") + PAVO_VERSION);
+    cli.footer("Exit status: 0 success, 1 bad options, 2 the drawing cannot be read, 3 the script ended inside a "
+               "command, 4 internal error, 5 a module could not be loaded.");
+    try {
+        cli.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        return cli.exit(e) == 0 ? ExitCode::kExitOk : ExitCode::kExitUsage;
+    }
+    if (newDrawing && !drawing.empty()) {
+        std::cerr << "pavo: give either a drawing or --new, not both\n";
+        return ExitCode::kExitUsage;
+    }
+
+    std::unique_ptr<pavo::editor::InputSource> input;
+    pavo::app::SessionOptions options = pavo::app::defaultSessionOptions(fs::path(argv[0]));
+    options.noDialogs = noDialogs;
+    if (!script.empty()) {
+        auto stream = std::make_unique<std::ifstream>(script, std::ios::binary);
+        if (!*stream) {
+            std::cerr << "pavo: cannot read script " << script << "\n";
+            return ExitCode::kExitUsage;
+        }
+        input = pavo::editor::makeScriptInput(std::move(stream), script);
+    } else if (!isatty(STDIN_FILENO)) {
+        input = pavo::editor::makeScriptInput(
+            std::unique_ptr<std::istream>(new std::istream(std::cin.rdbuf())), "standard input");
+    } else {
+        input = pavo::editor::makeTerminalInput(options.historyFile);
+    }
+
+    pavo::app::Session session(std::move(options), std::move(input), std::cout);
+    session.loadModules();
+    if (!drawing.empty()) {
+        if (!session.openDrawing(fs::path(drawing))) return ExitCode::kExitBadDrawing;
+    } else if (newDrawing) {
+        session.newDrawing();
+    } else if (!session.openSample()) {
+        return ExitCode::kExitInternalError;
+    }
+    return session.run();
+}
