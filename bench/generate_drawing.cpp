@@ -1,0 +1,28 @@
+// pavo-generate: writes a large generated drawing, for benchmarks and for
+// trying pavo on big files.
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include "DrawingGenerator.h"
+#include "files/DrawingFile.h"
+#include "pavo_host.h"
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::cerr << "usage: pavo-generate OUTPUT.pvd [ENTITIES [LAYERS [LAYOUTS [VIEWPORTS]]]]\n";
+        return 1;
+    }
+    pavobench::DrawingSize size;
+    if (argc > 2) size.entities = std::strtoull(argv[2], nullptr, 10);
+    size.layers = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : size.entities / 10 + 1;
+    if (argc > 4) size.layouts = std::strtoull(argv[4], nullptr, 10);
+    if (argc > 5) size.viewportsPerLayout = std::strtoull(argv[5], nullptr, 10);
+    auto db = pavobench::generateDrawing(size);
+    std::string error;
+    if (!pavo::files::writeDrawingFile(*db, argv[1], error)) {
+        std::cerr << "pavo-generate: " << error << "\n";
+        return 1;
+    }
+    return 0;
+}
