@@ -15,8 +15,11 @@ pavo::app::SessionOptions testSessionOptions() {
     return o;
 }
 
-ScriptedSession::ScriptedSession(std::vector<std::string> lines, Drawing drawing) {
-    m_session = std::make_unique<pavo::app::Session>(testSessionOptions(),
+ScriptedSession::ScriptedSession(std::vector<std::string> lines, Drawing drawing)
+    : ScriptedSession(std::move(lines), drawing, testSessionOptions()) {}
+
+ScriptedSession::ScriptedSession(std::vector<std::string> lines, Drawing drawing, pavo::app::SessionOptions options) {
+    m_session = std::make_unique<pavo::app::Session>(std::move(options),
                                                      pavo::editor::makeLinesInput(std::move(lines)), m_out);
     EXPECT_TRUE(m_session->loadModules());
     if (drawing == Drawing::Sample)

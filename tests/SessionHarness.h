@@ -16,6 +16,7 @@ enum class Drawing { Sample, New, None };
 class ScriptedSession {
 public:
     explicit ScriptedSession(std::vector<std::string> lines, Drawing drawing = Drawing::Sample);
+    ScriptedSession(std::vector<std::string> lines, Drawing drawing, pavo::app::SessionOptions options);
     ~ScriptedSession();
 
     // Runs the read-eval loop to the end of the script; the exit status.

@@ -68,3 +68,15 @@ TEST(LayerLoop, EscapeEndsTheCommandAndScriptEndInsideIsAnError) {
     ScriptedSession ended({"-LAYER"});
     EXPECT_EQ(ended.run(), pavo::app::kExitScriptEnded);
 }
+
+TEST(LayerLoop, BuiltInTextsEqualTheStringTable) {
+    const std::vector<std::string> script = {"PSTYLEMODE", "0", "-LAYER", "O", "", "PSTYLEMODE", "1", "-LAYER", ""};
+    ScriptedSession withTable(script);
+    withTable.run();
+    pavo::app::SessionOptions options = pavotest::testSessionOptions();
+    options.resourcePath = {PAVO_TEST_DATA_DIR "/no-resources"};
+    ScriptedSession builtIn(script, pavotest::Drawing::Sample, options);
+    builtIn.run();
+    EXPECT_EQ(withTable.transcript(), builtIn.transcript());
+    EXPECT_NE(withTable.transcript().find("Current layer: "), std::string::npos);
+}
