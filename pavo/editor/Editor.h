@@ -56,6 +56,13 @@ private:
         bool set = false;
     };
     Pending takePending();
+    // ask(), writing the prompt on a line of its own when `again` (after a
+    // refusal message).
+    InputLine askLine(const std::wstring& prompt, const std::vector<std::wstring>& completions, bool again);
+    // Prints why an answer was refused; the prompt is asked again after it.
+    void refuse(const wchar_t* message);
+    // getReal and getInt: `integer` asks for an int.
+    int getNumber(const wchar_t* prompt, bool integer, double& result);
 
     InputSource* m_input;
     Output* m_output;

@@ -22,6 +22,8 @@ public:
     void answered(std::wstring_view echo, bool echoIt);
     // Ends the last line if anything is on it (at exit).
     void finishLine();
+    // True when nothing is on the current line (a line editor may start).
+    bool atLineStart() const { return m_atLineStart; }
     void flush();
 
 private:

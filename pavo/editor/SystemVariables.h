@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -52,5 +53,9 @@ private:
     struct Impl;
     std::shared_ptr<Impl> m_impl;
 };
+
+// The working database of the host application services: the usual source
+// for SystemVariables' drawing variables.
+std::function<OxDbDatabase*()> workingDatabaseSource();
 
 } // namespace pavo::editor

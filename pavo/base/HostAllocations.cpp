@@ -1,0 +1,10 @@
+#include "base/HostAllocations.h"
+
+namespace pavo {
+
+HostAllocations& hostAllocations() {
+    static HostAllocations counts;
+    return counts;
+}
+
+} // namespace pavo

@@ -1,0 +1,137 @@
+// System variables kept in the drawing: read from and written to the working
+// database, so that they follow the drawing through save and load.
+#include "OxDbDatabase.h"
+#include "OxDbLayout.h"
+#include "OxDbServices.h"
+#include "OxDbSymbolTable.h"
+#include "editor/SystemVariableTable.h"
+
+namespace pavo::editor {
+namespace {
+
+using Type = SystemVariables::Type;
+using Storage = SystemVariables::Storage;
+using Reader = std::function<std::optional<SysVarValue>(OxDbDatabase&)>;
+using Writer = std::function<std::wstring(OxDbDatabase&, const SysVarValue&)>;
+
+const std::wstring& text(const SysVarValue& value) { return std::get<std::wstring>(value); }
+long long integer(const SysVarValue& value) { return std::get<long long>(value); }
+
+std::wstring refusal(Ox::ErrorStatus es) { return es == Ox::eOk ? std::wstring() : L"The drawing refused the value."; }
+
+template <class Record> std::optional<SysVarValue> recordName(const OxDbObjectId& id) {
+    Record* record = nullptr;
+    if (id.isNull() || oxdbOpenObject(record, id, OxDb::kForRead) != Ox::eOk) return std::nullopt;
+    std::wstring name = record->name().str();
+    record->close();
+    return name;
+}
+
+template <class Table> std::optional<OxDbObjectId> recordNamed(OxDbDatabase& db, const std::wstring& name) {
+    Table* table = nullptr;
+    if (db.getSymbolTable(table, OxDb::kForRead) != Ox::eOk) return std::nullopt;
+    OxDbObjectId id;
+    const Ox::ErrorStatus es = table->getIdAt(name.c_str(), id, false);
+    table->close();
+    if (es != Ox::eOk) return std::nullopt;
+    return id;
+}
+
+std::optional<SysVarValue> readClayer(OxDbDatabase& db) { return recordName<OxDbLayerTableRecord>(db.clayer()); }
+
+std::wstring writeClayer(OxDbDatabase& db, const SysVarValue& value) {
+    const std::optional<OxDbObjectId> id = recordNamed<OxDbLayerTable>(db, text(value));
+    if (!id) return L"Layer \"" + text(value) + L"\" not found.";
+    const Ox::ErrorStatus es = db.setClayer(*id);
+    if (es == Ox::eLayerFrozen) return L"Layer \"" + text(value) + L"\" is frozen and cannot be made current.";
+    return refusal(es);
+}
+
+std::optional<SysVarValue> readCeltype(OxDbDatabase& db) { return recordName<OxDbLinetypeTableRecord>(db.celtype()); }
+
+std::wstring writeCeltype(OxDbDatabase& db, const SysVarValue& value) {
+    const std::optional<OxDbObjectId> id = recordNamed<OxDbLinetypeTable>(db, text(value));
+    if (!id) return L"Linetype \"" + text(value) + L"\" is not loaded.";
+    return refusal(db.setCeltype(*id));
+}
+
+OxDbLayoutManager* layoutManager() {
+    OxDbHostApplicationServices* services = oxdbHostApplicationServices();
+    return services ? services->layoutManager() : nullptr;
+}
+
+std::optional<SysVarValue> readCtab(OxDbDatabase& db) {
+    OxDbLayoutManager* layouts = layoutManager();
+    OxString name;
+    if (!layouts || layouts->getActiveLayoutName(name, true, &db) != Ox::eOk) return std::nullopt;
+    return name.str();
+}
+
+std::wstring writeCtab(OxDbDatabase& db, const SysVarValue& value) {
+    OxDbLayoutManager* layouts = layoutManager();
+    if (!layouts) return L"Layouts cannot be switched now.";
+    if (!layouts->layoutExists(text(value).c_str(), &db)) return L"Layout \"" + text(value) + L"\" not found.";
+    return refusal(layouts->setCurrentLayout(text(value).c_str(), &db));
+}
+
+std::wstring writeCvport(OxDbDatabase& db, const SysVarValue& value) {
+    if (db.setCvport(static_cast<int>(integer(value))) != Ox::eOk) {
+        return L"There is no viewport " + std::to_wstring(integer(value)) + L" in the current layout.";
+    }
+    return {};
+}
+
+// A header integer read and written through a database getter and setter.
+template <class Get, class Set> std::pair<Reader, Writer> header(Get get, Set set) {
+    return {[get](OxDbDatabase& db) -> std::optional<SysVarValue> { return static_cast<long long>((db.*get)()); },
+            [set](OxDbDatabase& db, const SysVarValue& value) {
+                return refusal((db.*set)(static_cast<int>(integer(value))));
+            }};
+}
+
+SystemVariableRow drawing(std::wstring name, Type type, double minimum, double maximum, SysVarValue defaultValue,
+                          std::pair<Reader, Writer> access, std::wstring description,
+                          std::function<std::wstring(const SysVarValue&)> check = {}) {
+    return {{std::move(name), type, Storage::Drawing, !access.second, minimum, maximum, std::move(description)},
+            std::move(defaultValue),
+            std::move(check),
+            std::move(access.first),
+            std::move(access.second)};
+}
+
+} // namespace
+
+std::vector<SystemVariableRow> drawingVariableRows() {
+    const auto tilemode = std::pair<Reader, Writer>{
+        [](OxDbDatabase& db) -> std::optional<SysVarValue> { return db.tilemode() ? 1LL : 0LL; },
+        [](OxDbDatabase& db, const SysVarValue& value) { return refusal(db.setTilemode(integer(value) != 0)); }};
+    const auto ltscale = std::pair<Reader, Writer>{
+        [](OxDbDatabase& db) -> std::optional<SysVarValue> { return db.ltscale(); },
+        [](OxDbDatabase& db, const SysVarValue& value) { return refusal(db.setLtscale(std::get<double>(value))); }};
+    const auto dwgname = std::pair<Reader, Writer>{
+        [](OxDbDatabase& db) -> std::optional<SysVarValue> { return db.fileName().str(); }, {}};
+    const auto positive = [](const SysVarValue& value) {
+        return std::get<double>(value) > 0 ? std::wstring() : std::wstring(L"Value must be positive.");
+    };
+    std::vector<SystemVariableRow> rows = {
+        drawing(L"CELTYPE", Type::String, 0, 0, L"ByLayer", {readCeltype, writeCeltype}, L"Linetype of new objects"),
+        drawing(L"CLAYER", Type::String, 0, 0, L"0", {readClayer, writeClayer}, L"The current layer"),
+        drawing(L"CTAB", Type::String, 0, 0, L"Model", {readCtab, writeCtab}, L"The current layout"),
+        drawing(L"CVPORT", Type::Int16, 1, 32767, 2LL,
+                {header(&OxDbDatabase::cvport, &OxDbDatabase::setCvport).first, writeCvport},
+                L"The viewport the user works in"),
+        drawing(L"DWGNAME", Type::String, 0, 0, L"", dwgname, L"The drawing's file name"),
+        drawing(L"EXTNAMES", Type::Int16, 0, 1, 1LL, header(&OxDbDatabase::extnames, &OxDbDatabase::setExtnames),
+                L"Long symbol names with any characters"),
+        drawing(L"LTSCALE", Type::Real, 0, 0, 1.0, ltscale, L"Global linetype scale", positive),
+        drawing(L"MEASUREMENT", Type::Int16, 0, 1, 0LL,
+                header(&OxDbDatabase::measurement, &OxDbDatabase::setMeasurement),
+                L"Units of the drawing: 0 imperial, 1 metric"),
+        drawing(L"PSTYLEMODE", Type::Int16, 0, 1, 1LL, header(&OxDbDatabase::pstylemode, &OxDbDatabase::setPstylemode),
+                L"Plot styles: 1 colour-dependent, 0 named"),
+        drawing(L"TILEMODE", Type::Int16, 0, 1, 1LL, tilemode, L"1 model space, 0 the current layout"),
+    };
+    return rows;
+}
+
+} // namespace pavo::editor
