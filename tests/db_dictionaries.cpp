@@ -1,11 +1,11 @@
 // Dictionaries, the new-drawing defaults and layouts.
 #include <gtest/gtest.h>
 
-#include "db_test_support.h"
 #include "OxDbDictionary.h"
 #include "OxDbLayout.h"
 #include "OxDbMaterial.h"
 #include "OxDbServices.h"
+#include "db_test_support.h"
 
 using namespace dbtest;
 
@@ -14,7 +14,8 @@ namespace {
 std::vector<std::wstring> keys(OxDbDictionary* dict) {
     std::vector<std::wstring> out;
     OxDbDictionaryIterator* it = dict->newIterator();
-    for (; !it->done(); it->next()) out.emplace_back(it->name());
+    for (; !it->done(); it->next())
+        out.emplace_back(it->name());
     delete it;
     return out;
 }
@@ -34,7 +35,7 @@ TEST(Dictionaries, KeysKeepSpellingAndOrderButMatchAnyCase) {
     ASSERT_EQ(named->nameAt(id, key), Ox::eOk);
     EXPECT_EQ(key, L"Ünïcode Ключ");
     EXPECT_EQ(keys(named), (std::vector<std::wstring>{L"LAYOUTS", L"PLOTSETTINGS", L"PLOTSTYLENAMES", L"LAYERSTATES",
-                                                     L"MATERIALS", L"Ünïcode Ключ"}));
+                                                      L"MATERIALS", L"Ünïcode Ключ"}));
 
     ASSERT_EQ(named->setName(L"ünïcode ключ", L"Renamed"), Ox::eOk);
     EXPECT_EQ(named->setName(L"Renamed", L"layouts"), Ox::eDuplicateKey);
@@ -140,7 +141,9 @@ TEST(Layouts, CreateSwitchRenameDelete) {
     OxDbLayoutManager* manager = services->layoutManager();
     OxDbObjectId layoutId, blockId;
     ASSERT_EQ(manager->createLayout(L"Sheet A", layoutId, blockId), Ox::eOk);
-    EXPECT_EQ(manager->createLayout(L"sheet a", layoutId, blockId), Ox::eDuplicateKey);
+    OxDbObjectId otherLayout, otherBlock;
+    EXPECT_EQ(manager->createLayout(L"sheet a", otherLayout, otherBlock), Ox::eDuplicateKey);
+    EXPECT_EQ(manager->createLayout(L"bad:name", otherLayout, otherBlock), Ox::eInvalidInput);
     EXPECT_EQ(manager->countLayouts(), 3);
 
     EXPECT_STREQ(manager->findActiveLayout(true), L"Model");

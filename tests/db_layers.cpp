@@ -1,17 +1,16 @@
 // Layer records, the current layer and usage data.
 #include <gtest/gtest.h>
 
-#include "db_test_support.h"
 #include "OxDbDictionary.h"
 #include "OxDbLayout.h"
 #include "OxDbServices.h"
+#include "db_test_support.h"
 
 using namespace dbtest;
 
 namespace {
 
-template <class F>
-void changeLayer(const OxDbObjectId& id, F change) {
+template <class F> void changeLayer(const OxDbObjectId& id, F change) {
     OxDbLayerTableRecord* layer = nullptr;
     ASSERT_EQ(oxdbOpenObject(layer, id, OxDb::kForWrite), Ox::eOk);
     change(*layer);

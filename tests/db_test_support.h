@@ -18,8 +18,10 @@ inline OxDbObjectId addLayer(OxDbDatabase& db, const wchar_t* name) {
     layer->setName(name);
     OxDbObjectId id;
     EXPECT_EQ(table->add(id, layer), Ox::eOk);
-    if (id.isNull()) delete layer;
-    else layer->close();
+    if (id.isNull())
+        delete layer;
+    else
+        layer->close();
     table->close();
     return id;
 }

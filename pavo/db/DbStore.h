@@ -13,11 +13,11 @@
 #include <vector>
 
 #include "OxDbDatabase.h"
+#include "OxDbLayerStateManager.h" // complete types for the Impl's unique_ptr members
 #include "OxDbObject.h"
 #include "OxDbObjectId.h"
+#include "OxDbServices.h"
 
-class OxDbLayerStateManager;
-class PavoUndoController;
 class OxDbLayoutManager;
 
 class OxDbStub : public OxDbStubHeader {
@@ -27,6 +27,8 @@ public:
     std::uint32_t readers = 0;
     bool writer = false;
     bool erased = false;
+    bool modified = false;                // changed since it was made resident
+    std::uint32_t openSlot = 0xFFFFFFFFu; // position in Store::open while open
 };
 
 namespace pavo::db {
@@ -37,6 +39,26 @@ struct Misuse {
     std::wstring what;
 };
 
+// The stubs that are open, as a set without allocation per open: each stub
+// knows its slot in the vector, so insert and erase are O(1).
+class OpenSet {
+public:
+    void insert(OxDbStub* stub);
+    void erase(OxDbStub* stub);
+    bool contains(const OxDbStub* stub) const { return stub->openSlot != kNoSlot; }
+    std::size_t count(const OxDbStub* stub) const { return contains(stub) ? 1 : 0; }
+    bool empty() const { return m_stubs.empty(); }
+    std::size_t size() const { return m_stubs.size(); }
+    auto begin() const { return m_stubs.begin(); }
+    auto end() const { return m_stubs.end(); }
+    // Forgets every open (the stubs' counts are left alone).
+    void clear();
+
+private:
+    static constexpr std::uint32_t kNoSlot = 0xFFFFFFFFu;
+    std::vector<OxDbStub*> m_stubs;
+};
+
 struct Store {
     explicit Store(OxDbDatabase* db) : database(db) {}
     OxDbDatabase* database;
@@ -45,7 +67,7 @@ struct Store {
     std::uint64_t nextHandle = 1;
 
     // Open bookkeeping: every stub with readers or a writer.
-    std::unordered_set<OxDbStub*> open;
+    OpenSet open;
     std::vector<Misuse> misuses;
 
     // The stub of `handle`, made (without an object) when missing.

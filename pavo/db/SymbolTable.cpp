@@ -1,0 +1,212 @@
+#include "DbInternal.h"
+#include "OxDbServices.h"
+#include "RxDefine.h"
+#include "SymbolTableImpl.h"
+#include "base/CaseFold.h"
+
+OX_RX_DEFINE_MEMBERS(OxDbSymbolTable, OxDbObject)
+OX_RX_DEFINE_MEMBERS(OxDbSymbolTableRecord, OxDbObject)
+
+using namespace pavo::db;
+
+std::wstring_view pavo::db::recordName(const OxDbStub* stub) {
+    const auto* record = OxDbSymbolTableRecord::cast(stub ? stub->object.get() : nullptr);
+    return record ? record->name().view() : std::wstring_view();
+}
+
+OxDbStub* OxDbSymbolTable::Impl::find(std::wstring_view name) const {
+    auto it = byName.find(pavo::foldCase(name));
+    return it == byName.end() ? nullptr : it->second;
+}
+
+OxDbStub* OxDbSymbolTable::Impl::findErased(std::wstring_view name) const {
+    for (OxDbStub* stub : records)
+        if (stub->erased && pavo::equalNoCase(recordName(stub), name)) return stub;
+    return nullptr;
+}
+
+void OxDbSymbolTable::Impl::insert(OxDbStub* stub) {
+    records.push_back(stub);
+    byName.emplace(pavo::foldCase(recordName(stub)), stub);
+    ++live;
+}
+
+Ox::ErrorStatus OxDbSymbolTable::Impl::onErase(OxDbStub* stub, bool erasing) {
+    std::wstring key = pavo::foldCase(recordName(stub));
+    if (erasing) {
+        auto it = byName.find(key);
+        if (it != byName.end() && it->second == stub) byName.erase(it);
+        --live;
+        return Ox::eOk;
+    }
+    if (!byName.emplace(std::move(key), stub).second) return Ox::eDuplicateRecordName;
+    ++live;
+    return Ox::eOk;
+}
+
+void OxDbSymbolTable::Impl::rename(OxDbStub* stub, std::wstring_view oldName, std::wstring_view newName) {
+    auto it = byName.find(pavo::foldCase(oldName));
+    if (it != byName.end() && it->second == stub) byName.erase(it);
+    byName.emplace(pavo::foldCase(newName), stub);
+}
+
+namespace {
+
+// Block names may start with '*' (model and paper space, anonymous
+// blocks); the rest of the name follows the common rule.
+Ox::ErrorStatus checkRecordName(const OxDbSymbolTable& table, const wchar_t* name) {
+    if (!name) return Ox::eInvalidInput;
+    if (OxDbBlockTable::cast(&table) && name[0] == L'*' && name[1] != L'\0') ++name;
+    return oxdbGetSymbolSvc()->checkSymbolName(name, true) == Ox::eOk ? Ox::eOk : Ox::eInvalidSymbolTableName;
+}
+
+} // namespace
+
+OxDbSymbolTable::OxDbSymbolTable() : m_impl(new Impl) {}
+OxDbSymbolTable::~OxDbSymbolTable() { delete m_impl; }
+
+Ox::ErrorStatus OxDbSymbolTable::getIdAt(const wchar_t* name, OxDbObjectId& id, bool getErased) const {
+    id.setNull();
+    if (!name) return Ox::eInvalidInput;
+    OxDbStub* stub = m_impl->find(name);
+    if (!stub && getErased) stub = m_impl->findErased(name);
+    if (!stub) return Ox::eKeyNotFound;
+    id = OxDbObjectId(stub);
+    return Ox::eOk;
+}
+
+bool OxDbSymbolTable::has(const wchar_t* name) const { return name && m_impl->find(name) != nullptr; }
+
+bool OxDbSymbolTable::has(const OxDbObjectId& id) const {
+    return !id.isNull() && stub() && id.stub()->owner == objectId() && !id.isErased();
+}
+
+Ox::ErrorStatus OxDbSymbolTable::newIterator(OxDbSymbolTableIterator*& it, bool atBeginning, bool skipDeleted) const {
+    it = new OxDbSymbolTableIterator(m_impl, atBeginning, skipDeleted);
+    return Ox::eOk;
+}
+
+int OxDbSymbolTable::numEntries() const { return m_impl->live; }
+
+Ox::ErrorStatus OxDbSymbolTable::add(OxDbObjectId& id, OxDbSymbolTableRecord* record) {
+    id.setNull();
+    OxDbDatabase* db = database();
+    Ox::ErrorStatus es = Ox::eOk;
+    if (!record)
+        es = Ox::eNullObjectPointer;
+    else if (record->isDatabaseResident())
+        es = Ox::eAlreadyInDb;
+    else if (!db)
+        es = Ox::eNoDatabase;
+    else if (!record->isKindOf(recordClass()))
+        es = Ox::eNotThatKindOfClass;
+    else if (!writeCheck())
+        es = Ox::eNotOpenForWrite;
+    else if ((es = checkRecordName(*this, record->getName())) != Ox::eOk)
+        ;
+    else if (m_impl->find(record->name().view()))
+        es = Ox::eDuplicateRecordName;
+    if (es != Ox::eOk) {
+        if (db) db->impl()->store.pendingStub = nullptr; // the reader's handle is not used
+        return es;
+    }
+    if (auto* layer = OxDbLayerTableRecord::cast(record)) applyNewLayerDefaults(db, layer);
+    id = makeResidentForWrite(db, record, objectId());
+    m_impl->insert(id.stub());
+    return Ox::eOk;
+}
+
+// ------------------------------------------------------------ records
+
+Ox::ErrorStatus OxDbSymbolTableRecord::getName(OxString& name) const {
+    name = m_name;
+    return Ox::eOk;
+}
+
+Ox::ErrorStatus OxDbSymbolTableRecord::getName(const wchar_t*& name) const {
+    name = m_name.kwszPtr();
+    return Ox::eOk;
+}
+
+Ox::ErrorStatus OxDbSymbolTableRecord::setName(const wchar_t* name) {
+    if (!name) return Ox::eInvalidInput;
+    auto* table = OxDbSymbolTable::cast(objectOf(ownerId()));
+    if (table && !isErased()) {
+        if (checkRecordName(*table, name) != Ox::eOk) return Ox::eInvalidSymbolTableName;
+        OxDbStub* holder = table->impl()->find(name);
+        if (holder && holder != stub()) return Ox::eDuplicateRecordName;
+    }
+    if (!writeCheck()) return Ox::eNotOpenForWrite;
+    OxString old = std::move(m_name);
+    m_name = name;
+    if (table && !isErased()) table->impl()->rename(stub(), old.view(), m_name.view());
+    return Ox::eOk;
+}
+
+bool OxDbSymbolTableRecord::isDependent() const { return m_name.find(L'|') >= 0; }
+
+// ------------------------------------------------------------ iterator
+
+namespace {
+const OxDbSymbolTable::Impl& tableOf(const void* p) { return *static_cast<const OxDbSymbolTable::Impl*>(p); }
+} // namespace
+
+OxDbSymbolTableIterator::OxDbSymbolTableIterator(const void* table, bool atBeginning, bool skipDeleted)
+    : m_table(table) {
+    start(atBeginning, skipDeleted);
+}
+
+OxDbSymbolTableIterator::~OxDbSymbolTableIterator() = default;
+
+void OxDbSymbolTableIterator::start(bool atBeginning, bool skipDeleted) {
+    m_skipDeleted = skipDeleted;
+    m_pos = atBeginning ? 0 : static_cast<long>(tableOf(m_table).records.size()) - 1;
+    skip(atBeginning);
+}
+
+bool OxDbSymbolTableIterator::done() const {
+    return m_pos < 0 || m_pos >= static_cast<long>(tableOf(m_table).records.size());
+}
+
+void OxDbSymbolTableIterator::skip(bool forward) {
+    const auto& records = tableOf(m_table).records;
+    if (!m_skipDeleted) return;
+    while (!done() && records[static_cast<size_t>(m_pos)]->erased)
+        m_pos += forward ? 1 : -1;
+}
+
+Ox::ErrorStatus OxDbSymbolTableIterator::getRecordId(OxDbObjectId& id) const {
+    if (done()) {
+        id.setNull();
+        return Ox::eOutOfRange;
+    }
+    id = OxDbObjectId(tableOf(m_table).records[static_cast<size_t>(m_pos)]);
+    return Ox::eOk;
+}
+
+void OxDbSymbolTableIterator::step(bool forward, bool skipDeleted) {
+    if (done()) return;
+    m_skipDeleted = skipDeleted;
+    m_pos += forward ? 1 : -1;
+    skip(forward);
+}
+
+Ox::ErrorStatus OxDbSymbolTableIterator::seek(const OxDbObjectId& id) {
+    const auto& records = tableOf(m_table).records;
+    for (size_t i = 0; i < records.size(); ++i) {
+        if (records[i] == id.stub()) {
+            m_pos = static_cast<long>(i);
+            return Ox::eOk;
+        }
+    }
+    return Ox::eKeyNotFound;
+}
+
+OxDbObjectId pavo::db::addRecordDirect(OxDbSymbolTable* table, OxDbSymbolTableRecord* record) {
+    OxDbDatabase* db = table->database();
+    if (auto* layer = OxDbLayerTableRecord::cast(record)) applyNewLayerDefaults(db, layer);
+    OxDbObjectId id = makeResidentForWrite(db, record, table->objectId());
+    table->impl()->insert(id.stub());
+    record->close();
+    return id;
+}

@@ -1,0 +1,44 @@
+// A symbol table's records: a list in insertion order and a name index
+// keyed by the case-folded name, so that lookup by name is O(1).
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "DbStore.h"
+#include "OxDbSymbolTable.h"
+
+struct OxDbSymbolTable::Impl {
+    std::vector<OxDbStub*> records;                     // erased ones too
+    std::unordered_map<std::wstring, OxDbStub*> byName; // live records only
+    int live = 0;
+
+    // The live record of that name (any case), or null.
+    OxDbStub* find(std::wstring_view name) const;
+    // An erased record of that name, or null (a scan: erased lookups are rare).
+    OxDbStub* findErased(std::wstring_view name) const;
+    // Lists a record that was just made resident.
+    void insert(OxDbStub* stub);
+    // Keeps the index when a record is erased or unerased;
+    // eDuplicateRecordName when unerasing a name taken meanwhile.
+    Ox::ErrorStatus onErase(OxDbStub* stub, bool erasing);
+    // Moves a live record to a new name in the index.
+    void rename(OxDbStub* stub, std::wstring_view oldName, std::wstring_view newName);
+};
+
+struct OxDbBlockTableRecord::Impl {
+    std::vector<OxDbStub*> entities; // in order of appending, erased ones too
+};
+
+namespace pavo::db {
+
+// The name of a record's stub ("" when it holds no record).
+std::wstring_view recordName(const OxDbStub* stub);
+
+// Gives a layer record added to `db` what a new layer has by default
+// (continuous linetype, the "Normal" plot style, the global material) for
+// whatever its maker left unset.
+void applyNewLayerDefaults(OxDbDatabase* db, OxDbLayerTableRecord* layer);
+
+} // namespace pavo::db
