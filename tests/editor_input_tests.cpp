@@ -166,7 +166,7 @@ TEST_F(EditorInput, CancelAndEndOfInput) {
     EXPECT_TRUE(editor().inputEnded());
     EXPECT_EQ(oxedGetKword(L"\nSure? ", result), STATUS_CANCEL);
     EXPECT_EQ(oxedGetString(0, L"\nName: ", result), STATUS_CANCEL);
-    EXPECT_EQ(transcript(), "\nSure? *Cancel*\nWidth: *Cancel*\nName: ok\nCount: ");
+    EXPECT_EQ(transcript(), "Sure? *Cancel*\nWidth: *Cancel*\nName: ok\nCount: ");
 }
 
 TEST(EditorWithoutSession, FunctionsFail) {

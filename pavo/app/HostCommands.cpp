@@ -127,7 +127,7 @@ int help(Session& s) {
     oxutPrintf(L"\nCommands:");
     for (const auto& e : s.commands().entries()) {
         const wchar_t* description = e.factory->description();
-        oxutPrintf(L"\n  %-14ls %ls", e.localName, description && *description ? description : L"layer command");
+        oxutPrintf(L"\n  %-14ls %ls", e.localName, description && *description ? description : (std::wstring(L"from ") + e.factory->module()).c_str());
     }
     oxutPrintf(L"\nType a command name, or a system variable name to change it (SETVAR ? lists them).");
     oxutPrintf(L"\nA name starting with \"_\" is the command's English name.");

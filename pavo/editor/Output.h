@@ -29,7 +29,7 @@ public:
 private:
     std::ostream* m_out;
     bool m_atLineStart = true;
-    bool m_afterAnswer = false;
+    bool m_afterAnswer = true; // so that the very first line break is not an empty line
 };
 
 } // namespace pavo::editor

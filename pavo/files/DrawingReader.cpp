@@ -1,0 +1,771 @@
+// Reads a drawing file's sections, in their documented order, into a fresh
+// database. Nothing is returned unless every check passed.
+#include "OxDbDictionary.h"
+#include "OxDbEntity.h"
+#include "OxDbLayerStateManager.h"
+#include "OxDbLayout.h"
+#include "OxDbMaterial.h"
+#include "files/DrawingFormat.h"
+#include "files/EntityReader.h"
+
+namespace pavo::files {
+namespace {
+
+using pavo::db::peek;
+
+enum Section {
+    kFormat,
+    kVersion,
+    kHeader,
+    kTables,
+    kDictionaries,
+    kLinetypes,
+    kPlotStyles,
+    kMaterials,
+    kLayers,
+    kBlocks,
+    kLayouts,
+    kPlotSettings,
+    kLayerStates
+};
+
+class DrawingReader {
+public:
+    DrawingReader(OxDbDatabase& db, std::string_view text, const std::string& fileName, LoadError& error)
+        : m_ctx(db, text, fileName, error), m_entities(m_ctx) {}
+
+    bool read(const simdjson::padded_string_view& json) {
+        static const KeyTable keys{"format",    "version",      "header",     "tables", "dictionaries",
+                                   "linetypes", "plotStyles",   "materials",  "layers", "blocks",
+                                   "layouts",   "plotSettings", "layerStates"};
+        sj::parser parser;
+        sj::document doc;
+        if (auto e = parser.iterate(json).get(doc)) return m_ctx.failJson(e, json.data());
+        sj::object top;
+        if (auto e = doc.get_object().get(top))
+            return e == simdjson::INCORRECT_TYPE ? m_ctx.fail(json.data(), "a drawing is a JSON object")
+                                                 : m_ctx.failJson(e, json.data());
+        std::uint64_t seen = 0;
+        int last = -1;
+        bool ok = m_ctx.fields(top, keys, "a drawing", seen, [&](int key, sj::value& v) {
+            const char* at = m_ctx.keyLocation();
+            if (key < last)
+                return m_ctx.fail(
+                    at,
+                    std::string("\"").append(keys.name(key)).append("\" must come before \"").append(keys.name(last)) +
+                        "\" (sections are in a fixed order)");
+            last = key;
+            if (key > kVersion && (seen & 3) != 3)
+                return m_ctx.fail(at, "a drawing starts with \"format\" and \"version\"");
+            return section(key, v, at);
+        });
+        if (!ok) return false;
+        const char* trailing = nullptr;
+        if (!doc.current_location().get(trailing) && trailing < m_ctx.end())
+            return m_ctx.fail(trailing, "unexpected text after the drawing");
+        const std::uint64_t required = (1u << kFormat) | (1u << kVersion) | (1u << kHeader) | (1u << kTables) |
+                                       (1u << kDictionaries) | (1u << kLinetypes) | (1u << kLayers) | (1u << kBlocks) |
+                                       (1u << kLayouts);
+        return m_ctx.requireKeys(seen, required, keys, "a drawing", json.data()) && finish();
+    }
+
+private:
+    bool section(int key, sj::value& v, const char* at) {
+        switch (key) {
+        case kFormat: {
+            std::string_view name;
+            if (!m_ctx.utf8(v, name)) return false;
+            return name == kFormatName ||
+                   m_ctx.fail(JsonIn::where(v), "not a drawing file (\"format\" must be \"pavo-drawing\")");
+        }
+        case kVersion: {
+            long long version = 0;
+            if (!m_ctx.integer(v, version, 1, 1000000)) return false;
+            return version == kFormatVersion ||
+                   m_ctx.fail(JsonIn::where(v), "format version " + std::to_string(version) +
+                                                    " is newer than this program reads (version 1)");
+        }
+        case kHeader:
+            return header(v);
+        case kTables:
+            return tables(v);
+        case kDictionaries:
+            return dictionaries(v);
+        case kLinetypes:
+            return linetypes(v);
+        case kPlotStyles:
+            return plotStyles(v, at);
+        case kMaterials:
+            return materials(v, at);
+        case kLayers:
+            return layers(v);
+        case kBlocks:
+            return blocks(v);
+        case kLayouts:
+            return layouts(v);
+        case kPlotSettings:
+            return plotSettings(v, at);
+        case kLayerStates:
+            return layerStates(v, at);
+        default:
+            return false;
+        }
+    }
+
+    // ------------------------------------------------------------ header
+
+    struct Deferred {
+        OxDbObjectId id;
+        bool given = false;
+        std::string pointer;
+        const char* at = nullptr;
+    };
+
+    bool deferredRef(sj::value& v, const RefKind& kind, Deferred& d, bool nullable) {
+        d.given = true;
+        d.pointer = m_ctx.pointer();
+        d.at = JsonIn::where(v);
+        return m_ctx.reference(v, kind, d.id, nullable);
+    }
+
+    bool header(sj::value& v) {
+        static const KeyTable keys{"clayer",     "celtype",     "cecolor",  "celweight", "tilemode",
+                                   "pstylemode", "measurement", "extnames", "ltscale",   "insunits",
+                                   "cvport",     "ctab",        "handseed"};
+        std::uint64_t seen = 0;
+        OxDbDatabase::Impl& h = m_ctx.impl;
+        return m_ctx.fields(v, keys, "the header", seen, [&](int key, sj::value& value) {
+            long long n = 0;
+            bool isNull = false;
+            switch (key) {
+            case 0:
+                return deferredRef(value, m_ctx.layer, m_clayer, false);
+            case 1:
+                return deferredRef(value, m_ctx.linetype, m_celtype, false);
+            case 2:
+                return m_ctx.color(value, h.cecolor);
+            case 3:
+                return m_ctx.lineWeight(value, h.celweight);
+            case 4:
+                return m_ctx.integer(value, n, 0, 1) && ((h.tilemode = n == 1), true);
+            case 5:
+                return m_ctx.integer(value, n, 0, 1) && ((h.pstylemode = static_cast<int>(n)), true);
+            case 6:
+                return m_ctx.integer(value, n, 0, 1) && ((h.measurement = static_cast<int>(n)), true);
+            case 7:
+                return m_ctx.integer(value, n, 0, 1) && ((h.extnames = static_cast<int>(n)), true);
+            case 8:
+                return m_ctx.number(value, h.ltscale) &&
+                       (h.ltscale > 0 || m_ctx.fail(JsonIn::where(value), "ltscale must be positive"));
+            case 9:
+                return m_ctx.integer(value, n, 0, 24) && ((h.insunits = static_cast<int>(n)), true);
+            case 10:
+                return m_ctx.integer(value, n, 1, 32767) && ((h.cvport = static_cast<int>(n)), true);
+            case 11:
+                return deferredRef(value, m_ctx.layout, m_ctab, true);
+            case 12:
+                return m_ctx.handle(value, m_handseed, false, isNull);
+            default:
+                return false;
+            }
+        });
+    }
+
+    // ------------------------------------------------------------ roots
+
+    template <class T> bool root(sj::value& v, OxDbObjectId& id) {
+        OxDbStub* stub = nullptr;
+        if (!m_ctx.define(v, stub)) return false;
+        id = pavo::db::createRootObject(&m_ctx.db, new T, stub);
+        return !id.isNull() || m_ctx.fail(JsonIn::where(v), "the database refused the object");
+    }
+
+    bool tables(sj::value& v) {
+        static const KeyTable keys{"layers", "linetypes", "blocks"};
+        std::uint64_t seen = 0;
+        OxDbDatabase::Impl& d = m_ctx.impl;
+        const char* at = JsonIn::where(v);
+        return m_ctx.fields(v, keys, "\"tables\"", seen, [&](int key, sj::value& value) {
+            if (key == 0) return root<OxDbLayerTable>(value, d.layerTable);
+            if (key == 1) return root<OxDbLinetypeTable>(value, d.linetypeTable);
+            return root<OxDbBlockTable>(value, d.blockTable);
+        }) && m_ctx.requireKeys(seen, 7, keys, "\"tables\"", at);
+    }
+
+    bool dictionaries(sj::value& v) {
+        static const KeyTable keys{"namedObjects", "layouts", "plotSettings", "plotStyles", "materials", "layerStates"};
+        std::uint64_t seen = 0;
+        OxDbDatabase::Impl& d = m_ctx.impl;
+        OxDbObjectId* targets[] = {&d.namedObjects,           &d.layoutDictionary,
+                                   &d.plotSettingsDictionary, &d.plotStyleNameDictionary,
+                                   &d.materialDictionary,     &d.layerStatesDictionary};
+        const char* at = JsonIn::where(v);
+        return m_ctx.fields(v, keys, "\"dictionaries\"", seen, [&](int key, sj::value& value) {
+            if (key == 0) return root<OxDbDictionary>(value, d.namedObjects);
+            if (d.namedObjects.isNull()) return m_ctx.fail(m_ctx.keyLocation(), "\"namedObjects\" comes first");
+            return dictionary(value, *targets[key]);
+        }) && m_ctx.requireKeys(seen, 3, keys, "\"dictionaries\"", at);
+    }
+
+    // {"h": handle, "key": name in the named-objects dictionary}
+    bool dictionary(sj::value& v, OxDbObjectId& id) {
+        static const KeyTable keys{"h", "key"};
+        std::uint64_t seen = 0;
+        OxDbStub* stub = nullptr;
+        OxString key;
+        const char* at = JsonIn::where(v);
+        bool ok = m_ctx.fields(v, keys, "a dictionary", seen, [&](int k, sj::value& value) {
+            return k == 0 ? m_ctx.define(value, stub) : m_ctx.nonEmptyText(value, key);
+        });
+        if (!ok || !m_ctx.requireKeys(seen, 1, keys, "a dictionary", at)) return false;
+        if (key.isEmpty()) {
+            id = pavo::db::createRootObject(&m_ctx.db, new OxDbDictionary, stub);
+            return !id.isNull() || m_ctx.fail(at, "the database refused the dictionary");
+        }
+        WriteOpen<OxDbDictionary> nod(m_ctx.impl.namedObjects);
+        if (!nod) return m_ctx.fail(at, "the named-objects dictionary cannot be opened");
+        if (nod->has(key.kwszPtr())) return m_ctx.fail(at, "duplicate key \"" + key.utf8() + "\" in namedObjects");
+        return addToDictionary(*nod.get(), key, new OxDbDictionary, stub, at, "the dictionary", id);
+    }
+
+    // Adds `obj` (owned from here on) under `key`, keeping the saved handle.
+    bool addToDictionary(OxDbDictionary& dict, const OxString& key, OxDbObject* obj, OxDbStub* stub, const char* at,
+                         std::string_view what, OxDbObjectId& id) {
+        std::unique_ptr<OxDbObject> owned(obj);
+        m_ctx.expectStub(stub);
+        if (!m_ctx.accepted(dict.setAt(key.kwszPtr(), obj, id), at, what)) return false;
+        owned.release()->close();
+        return true;
+    }
+
+    // ------------------------------------------------------------ records
+
+    // The fields of a list of named records: "h" and "name" required.
+    struct Named {
+        OxDbStub* stub = nullptr;
+        OxString name;
+        const char* nameAt = nullptr;
+        const char* at = nullptr;
+    };
+    bool nameField(int key, sj::value& value, Named& n) {
+        if (key == 0) return m_ctx.define(value, n.stub);
+        n.nameAt = JsonIn::where(value);
+        return m_ctx.nonEmptyText(value, n.name);
+    }
+
+    bool addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* record, const Named& n, const char* what,
+                   OxDbObjectId* idOut = nullptr) {
+        std::unique_ptr<OxDbSymbolTableRecord> owned(record);
+        if (record->setName(n.name.kwszPtr()) != Ox::eOk)
+            return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt, "invalid " + std::string(what) + " name");
+        m_ctx.expectStub(n.stub);
+        OxDbObjectId id;
+        const Ox::ErrorStatus es = table.add(id, record);
+        if (es != Ox::eOk) {
+            m_ctx.dropStub();
+            std::string problem =
+                es == Ox::eDuplicateRecordName
+                    ? "duplicate " + std::string(what) + " name \"" + n.name.utf8() + "\" (names ignore letter case)"
+                    : "invalid " + std::string(what) + " name \"" + n.name.utf8() + "\"";
+            return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt, problem);
+        }
+        owned.release()->close();
+        if (idOut) *idOut = id;
+        return true;
+    }
+
+    bool wellKnown(const OxDbObjectId& tableId, const wchar_t* name, OxDbObjectId& out, const char* what) {
+        const auto* table = peek<OxDbSymbolTable>(tableId);
+        if (table && table->getIdAt(name, out) == Ox::eOk) return true;
+        return m_ctx.fail(m_sectionAt,
+                          std::string("the drawing has no ") + what + " \"" + OxString(name).utf8() + "\"");
+    }
+
+    bool linetypes(sj::value& v) {
+        static const KeyTable keys{"h", "name", "description", "pattern", "scaledToFit"};
+        m_sectionAt = JsonIn::where(v);
+        WriteOpen<OxDbLinetypeTable> table(m_ctx.impl.linetypeTable);
+        if (!table) return m_ctx.fail(m_sectionAt, "the linetype table cannot be opened");
+        bool ok = m_ctx.items(v, [&](sj::value& item) {
+            Named n;
+            n.at = JsonIn::where(item);
+            auto record = std::make_unique<OxDbLinetypeTableRecord>();
+            std::vector<double> dashes;
+            std::uint64_t seen = 0;
+            bool good = m_ctx.fields(item, keys, "a linetype", seen, [&](int key, sj::value& value) {
+                OxString text;
+                bool flag = false;
+                switch (key) {
+                case 2:
+                    return m_ctx.text(value, text) && record->setComments(text.kwszPtr()) == Ox::eOk;
+                case 3:
+                    return m_ctx.items(value, [&](sj::value& d) {
+                        double dash = 0;
+                        if (!m_ctx.number(d, dash)) return false;
+                        dashes.push_back(dash);
+                        return true;
+                    });
+                case 4:
+                    return m_ctx.boolean(value, flag) && (record->setIsScaledToFit(flag), true);
+                default:
+                    return nameField(key, value, n);
+                }
+            });
+            if (!good || !m_ctx.requireKeys(seen, 3, keys, "a linetype", n.at)) return false;
+            record->setNumDashes(static_cast<int>(dashes.size()));
+            for (std::size_t i = 0; i < dashes.size(); ++i)
+                record->setDashLengthAt(static_cast<int>(i), dashes[i]);
+            return addRecord(*table.get(), record.release(), n, "linetype");
+        });
+        OxDbDatabase::Impl& d = m_ctx.impl;
+        return ok && wellKnown(d.linetypeTable, L"ByBlock", d.byBlockLinetype, "linetype") &&
+               wellKnown(d.linetypeTable, L"ByLayer", d.byLayerLinetype, "linetype") &&
+               wellKnown(d.linetypeTable, L"Continuous", d.continuousLinetype, "linetype");
+    }
+
+    // Plot style names and materials: {"h", "name"[, "description"]}.
+    bool namedEntries(sj::value& v, const char* at, const OxDbObjectId& dictId, const char* dictKey, bool isMaterial) {
+        if (dictId.isNull())
+            return m_ctx.fail(at, std::string("the drawing has no \"") + dictKey + "\" in \"dictionaries\"");
+        static const KeyTable plotStyleKeys{"h", "name"};
+        static const KeyTable materialKeys{"h", "name", "description"};
+        const KeyTable& keys = isMaterial ? materialKeys : plotStyleKeys;
+        const char* what = isMaterial ? "a material" : "a plot style name";
+        WriteOpen<OxDbDictionary> dict(dictId);
+        if (!dict) return m_ctx.fail(at, "a dictionary cannot be opened");
+        return m_ctx.items(v, [&](sj::value& item) {
+            Named n;
+            n.at = JsonIn::where(item);
+            OxString description;
+            std::uint64_t seen = 0;
+            bool good = m_ctx.fields(item, keys, what, seen, [&](int key, sj::value& value) {
+                return key == 2 ? m_ctx.text(value, description) : nameField(key, value, n);
+            });
+            if (!good || !m_ctx.requireKeys(seen, 3, keys, what, n.at)) return false;
+            if (dict->has(n.name.kwszPtr()))
+                return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt,
+                                    "duplicate name \"" + n.name.utf8() + "\" (names ignore letter case)");
+            OxDbObject* obj = nullptr;
+            if (isMaterial) {
+                auto* material = new OxDbMaterial;
+                material->setName(n.name.kwszPtr());
+                material->setDescription(description.kwszPtr());
+                obj = material;
+            } else {
+                obj = new OxDbPlaceHolder;
+            }
+            OxDbObjectId id;
+            return addToDictionary(*dict.get(), n.name, obj, n.stub, n.at, what, id);
+        });
+    }
+
+    bool plotStyles(sj::value& v, const char* at) {
+        return namedEntries(v, at, m_ctx.impl.plotStyleNameDictionary, "plotStyles", false);
+    }
+
+    bool materials(sj::value& v, const char* at) {
+        OxDbDatabase::Impl& d = m_ctx.impl;
+        if (!namedEntries(v, at, d.materialDictionary, "materials", true)) return false;
+        const auto* dict = peek<OxDbDictionary>(d.materialDictionary);
+        dict->getAt(L"ByLayer", d.byLayerMaterial);
+        dict->getAt(L"ByBlock", d.byBlockMaterial);
+        dict->getAt(L"Global", d.globalMaterial);
+        return true;
+    }
+
+    bool layers(sj::value& v) {
+        m_sectionAt = JsonIn::where(v);
+        WriteOpen<OxDbLayerTable> table(m_ctx.impl.layerTable);
+        if (!table) return m_ctx.fail(m_sectionAt, "the layer table cannot be opened");
+        auto ok = m_ctx.items(v, [&](sj::value& item) { return layer(item, *table.get()); });
+        return ok && wellKnown(m_ctx.impl.layerTable, L"0", m_ctx.impl.layerZero, "layer");
+    }
+
+    bool layer(sj::value& item, OxDbLayerTable& table) {
+        static const KeyTable keys{
+            "h",           "name",     "off",      "frozen",     "locked",    "plottable",    "newViewportFrozen",
+            "hidden",      "color",    "linetype", "lineweight", "plotStyle", "transparency", "material",
+            "description", "overrides"};
+        Named n;
+        n.at = JsonIn::where(item);
+        auto record = std::make_unique<OxDbLayerTableRecord>();
+        OxDbLayerTableRecord& r = *record;
+        bool locked = false;
+        std::uint64_t seen = 0;
+        bool good = m_ctx.fields(item, keys, "a layer", seen, [&](int key, sj::value& value) {
+            bool flag = false;
+            OxCmColor color;
+            OxCmTransparency transparency;
+            OxDb::LineWeight weight;
+            OxDbObjectId id;
+            OxString text;
+            const char* at = JsonIn::where(value);
+            switch (key) {
+            case 2:
+                return m_ctx.boolean(value, flag) && (r.setIsOff(flag), true);
+            case 3:
+                return m_ctx.boolean(value, flag) && (r.setIsFrozen(flag), true);
+            case 4:
+                return m_ctx.boolean(value, locked); // applied when the entities are in
+            case 5:
+                return m_ctx.boolean(value, flag) && m_ctx.accepted(r.setIsPlottable(flag), at, "plottable");
+            case 6:
+                return m_ctx.boolean(value, flag) && (r.setVPDFLT(flag), true);
+            case 7:
+                return m_ctx.boolean(value, flag) && m_ctx.accepted(r.setIsHidden(flag), at, "hidden");
+            case 8:
+                return m_ctx.color(value, color) && (r.setColor(color), true);
+            case 9:
+                return m_ctx.reference(value, m_ctx.linetype, id) && (r.setLinetypeObjectId(id), true);
+            case 10:
+                return m_ctx.lineWeight(value, weight) && m_ctx.accepted(r.setLineWeight(weight), at, "the lineweight");
+            case 11:
+                return m_ctx.reference(value, m_ctx.plotStyle, id) &&
+                       m_ctx.accepted(r.setPlotStyleName(id), at, "the plot style");
+            case 12:
+                return m_ctx.transparency(value, transparency) &&
+                       m_ctx.accepted(r.setTransparency(transparency), at, "the transparency");
+            case 13:
+                return m_ctx.reference(value, m_ctx.material, id) &&
+                       m_ctx.accepted(r.setMaterialId(id), at, "the material");
+            case 14:
+                return m_ctx.text(value, text) &&
+                       m_ctx.accepted(r.setDescription(text.kwszPtr()), at, "the description");
+            case 15:
+                return m_ctx.items(value, [&](sj::value& o) { return layerOverride(o, r); });
+            default:
+                return nameField(key, value, n);
+            }
+        });
+        if (!good || !m_ctx.requireKeys(seen, 3, keys, "a layer", n.at)) return false;
+        if (!(seen & (1u << 9))) r.setLinetypeObjectId(m_ctx.impl.continuousLinetype);
+        OxDbObjectId id;
+        if (!addRecord(table, record.release(), n, "layer", &id)) return false;
+        if (locked) m_lockedLayers.push_back(id);
+        return true;
+    }
+
+    bool layerOverride(sj::value& v, OxDbLayerTableRecord& r) {
+        static const KeyTable keys{"viewport", "color", "linetype", "lineweight", "transparency", "plotStyle"};
+        const char* at = JsonIn::where(v);
+        OxDbObjectId vp;
+        std::uint64_t seen = 0;
+        // The viewport comes first so that every override knows its key.
+        return m_ctx.fields(v, keys, "a viewport override", seen, [&](int key, sj::value& value) {
+            if (key != 0 && vp.isNull())
+                return m_ctx.fail(m_ctx.keyLocation(), "\"viewport\" comes first in an override");
+            OxCmColor color;
+            OxCmTransparency transparency;
+            OxDb::LineWeight weight;
+            OxDbObjectId id;
+            const char* valueAt = JsonIn::where(value);
+            switch (key) {
+            case 0:
+                return m_ctx.reference(value, m_ctx.viewport, vp, false);
+            case 1:
+                return m_ctx.color(value, color) && (r.setColor(color, vp), true);
+            case 2:
+                return m_ctx.reference(value, m_ctx.linetype, id) && (r.setLinetypeObjectId(id, vp), true);
+            case 3:
+                return m_ctx.lineWeight(value, weight) &&
+                       m_ctx.accepted(r.setLineWeight(weight, vp), valueAt, "the lineweight override");
+            case 4:
+                return m_ctx.transparency(value, transparency) &&
+                       m_ctx.accepted(r.setTransparency(transparency, vp), valueAt, "the transparency override");
+            default:
+                return m_ctx.reference(value, m_ctx.plotStyle, id) &&
+                       m_ctx.accepted(r.setPlotStyleName(id, vp), valueAt, "the plot style override");
+            }
+        }) && m_ctx.requireKeys(seen, 1, keys, "a viewport override", at);
+    }
+
+    bool blocks(sj::value& v) {
+        m_sectionAt = JsonIn::where(v);
+        WriteOpen<OxDbBlockTable> table(m_ctx.impl.blockTable);
+        if (!table) return m_ctx.fail(m_sectionAt, "the block table cannot be opened");
+        return m_ctx.items(v, [&](sj::value& item) { return block(item, *table.get()); });
+    }
+
+    bool block(sj::value& item, OxDbBlockTable& table) {
+        static const KeyTable keys{"h", "name", "origin", "comments", "entities"};
+        Named n;
+        n.at = JsonIn::where(item);
+        auto record = std::make_unique<OxDbBlockTableRecord>();
+        OxDbObjectId id;
+        std::uint64_t seen = 0;
+        auto addBlock = [&] {
+            return m_ctx.requireKeys(seen, 3, keys, "a block", n.at) &&
+                   addRecord(table, record.release(), n, "block", &id);
+        };
+        bool good = m_ctx.fields(item, keys, "a block", seen, [&](int key, sj::value& value) {
+            if (!id.isNull()) return m_ctx.fail(m_ctx.keyLocation(), "\"entities\" is the last key of a block");
+            OxGePoint3d origin;
+            OxString text;
+            switch (key) {
+            case 2:
+                return m_ctx.point(value, origin) && (record->setOrigin(origin), true);
+            case 3:
+                return m_ctx.text(value, text) && record->setComments(text.kwszPtr()) == Ox::eOk;
+            case 4: {
+                if (!addBlock()) return false;
+                WriteOpen<OxDbBlockTableRecord> open(id);
+                if (!open) return m_ctx.fail(n.at, "the block cannot be opened");
+                return m_ctx.items(value, [&](sj::value& e) { return m_entities.read(e, *open.get()); });
+            }
+            default:
+                return nameField(key, value, n);
+            }
+        });
+        return good && (!id.isNull() || addBlock());
+    }
+
+    bool layouts(sj::value& v) {
+        static const KeyTable keys{
+            "h", "name", "tabOrder", "block", "styleSheet", "plotSettingsName", "viewportBorders", "activeViewport"};
+        m_sectionAt = JsonIn::where(v);
+        WriteOpen<OxDbDictionary> dict(m_ctx.impl.layoutDictionary);
+        if (!dict) return m_ctx.fail(m_sectionAt, "the layout dictionary cannot be opened");
+        bool ok = m_ctx.items(v, [&](sj::value& item) {
+            Named n;
+            n.at = JsonIn::where(item);
+            auto layout = std::make_unique<OxDbLayout>();
+            OxDbObjectId blockId;
+            const char* blockAt = nullptr;
+            std::string blockPointer;
+            std::uint64_t seen = 0;
+            bool good = m_ctx.fields(item, keys, "a layout", seen, [&](int key, sj::value& value) {
+                long long order = 0;
+                OxDbObjectId id;
+                const char* at = JsonIn::where(value);
+                switch (key) {
+                case 2:
+                    return m_ctx.integer(value, order, 0, 32767) &&
+                           m_ctx.accepted(layout->setTabOrder(static_cast<int>(order)), at, "the tab order");
+                case 3:
+                    blockAt = at;
+                    blockPointer = m_ctx.pointer();
+                    return m_ctx.reference(value, m_ctx.block, blockId, false);
+                case 7:
+                    return m_ctx.reference(value, m_ctx.viewport, id) &&
+                           m_ctx.accepted(layout->setActiveViewportId(id), at, "the active viewport");
+                case 0:
+                case 1:
+                    return nameField(key, value, n);
+                default:
+                    return plotSettingsField(key - 4, value, *layout);
+                }
+            });
+            if (!good || !m_ctx.requireKeys(seen, 0xB, keys, "a layout", n.at)) return false;
+            if (dict->has(n.name.kwszPtr()))
+                return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt,
+                                    "duplicate layout name \"" + n.name.utf8() + "\" (names ignore letter case)");
+            WriteOpen<OxDbBlockTableRecord> block(blockId);
+            if (!block) return m_ctx.failAt(blockPointer, blockAt, "the layout's block is not a block of the drawing");
+            if (block->isLayout()) return m_ctx.failAt(blockPointer, blockAt, "the block already belongs to a layout");
+            layout->setLayoutName(n.name.kwszPtr());
+            layout->setBlockTableRecordId(blockId);
+            OxDbObjectId id;
+            if (!addToDictionary(*dict.get(), n.name, layout.release(), n.stub, n.at, "the layout", id)) return false;
+            return m_ctx.accepted(block->setLayoutId(id), n.at, "the layout's block");
+        });
+        if (!ok) return false;
+        OxDbObjectId model;
+        if (dict->getAt(L"Model", model) != Ox::eOk)
+            return m_ctx.fail(m_sectionAt, "the drawing has no layout \"Model\"");
+        const auto* layout = peek<OxDbLayout>(model);
+        m_ctx.impl.modelSpace = layout ? layout->getBlockTableRecordId() : OxDbObjectId();
+        return true;
+    }
+
+    // "styleSheet", "plotSettingsName", "viewportBorders" (0, 1, 2).
+    bool plotSettingsField(int key, sj::value& value, OxDbPlotSettings& settings) {
+        OxString text;
+        bool flag = false;
+        const char* at = JsonIn::where(value);
+        if (key == 0)
+            return m_ctx.text(value, text) &&
+                   m_ctx.accepted(settings.setCurrentStyleSheet(text.kwszPtr()), at, "the style sheet");
+        if (key == 1)
+            return m_ctx.text(value, text) &&
+                   m_ctx.accepted(settings.setPlotSettingsName(text.kwszPtr()), at, "the plot settings name");
+        return m_ctx.boolean(value, flag) &&
+               m_ctx.accepted(settings.setPlotViewportBorders(flag), at, "the viewport borders");
+    }
+
+    bool plotSettings(sj::value& v, const char* at) {
+        static const KeyTable keys{"h", "name", "styleSheet", "plotSettingsName", "viewportBorders"};
+        if (m_ctx.impl.plotSettingsDictionary.isNull())
+            return m_ctx.fail(at, "the drawing has no \"plotSettings\" in \"dictionaries\"");
+        WriteOpen<OxDbDictionary> dict(m_ctx.impl.plotSettingsDictionary);
+        if (!dict) return m_ctx.fail(at, "the plot settings dictionary cannot be opened");
+        return m_ctx.items(v, [&](sj::value& item) {
+            Named n;
+            n.at = JsonIn::where(item);
+            auto settings = std::make_unique<OxDbPlotSettings>();
+            std::uint64_t seen = 0;
+            bool good = m_ctx.fields(item, keys, "plot settings", seen, [&](int key, sj::value& value) {
+                return key < 2 ? nameField(key, value, n) : plotSettingsField(key - 2, value, *settings);
+            });
+            if (!good || !m_ctx.requireKeys(seen, 3, keys, "plot settings", n.at)) return false;
+            if (dict->has(n.name.kwszPtr()))
+                return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt,
+                                    "duplicate plot settings name \"" + n.name.utf8() + "\"");
+            OxDbObjectId id;
+            return addToDictionary(*dict.get(), n.name, settings.release(), n.stub, n.at, "the plot settings", id);
+        });
+    }
+
+    bool layerStates(sj::value& v, const char* at) {
+        static const KeyTable keys{"h", "name", "mask", "description", "currentLayer", "viewport", "layers"};
+        if (m_ctx.impl.layerStatesDictionary.isNull())
+            return m_ctx.fail(at, "the drawing has no \"layerStates\" in \"dictionaries\"");
+        WriteOpen<OxDbDictionary> dict(m_ctx.impl.layerStatesDictionary);
+        if (!dict) return m_ctx.fail(at, "the layer states dictionary cannot be opened");
+        return m_ctx.items(v, [&](sj::value& item) {
+            Named n;
+            n.at = JsonIn::where(item);
+            auto state = std::make_unique<OxDbLayerState>();
+            std::vector<OxDbLayerState::LayerEntry> entries;
+            std::uint64_t seen = 0;
+            bool good = m_ctx.fields(item, keys, "a layer state", seen, [&](int key, sj::value& value) {
+                long long mask = 0;
+                OxString text;
+                OxDbObjectId id;
+                switch (key) {
+                case 2:
+                    return m_ctx.integer(value, mask, 0, 0x7FF) && (state->setMask(static_cast<unsigned>(mask)), true);
+                case 3:
+                    return m_ctx.text(value, text) && (state->setDescription(text.kwszPtr()), true);
+                case 4:
+                    return m_ctx.text(value, text) && (state->setCurrentLayerName(text.kwszPtr()), true);
+                case 5:
+                    return m_ctx.reference(value, m_ctx.viewport, id) && (state->setViewportId(id), true);
+                case 6:
+                    return m_ctx.items(value, [&](sj::value& e) {
+                        entries.emplace_back();
+                        return layerStateEntry(e, entries.back());
+                    });
+                default:
+                    return nameField(key, value, n);
+                }
+            });
+            if (!good || !m_ctx.requireKeys(seen, 3, keys, "a layer state", n.at)) return false;
+            if (dict->has(n.name.kwszPtr()))
+                return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt,
+                                    "duplicate layer state name \"" + n.name.utf8() + "\"");
+            state->setLayers(std::move(entries));
+            OxDbObjectId id;
+            return addToDictionary(*dict.get(), n.name, state.release(), n.stub, n.at, "the layer state", id);
+        });
+    }
+
+    bool layerStateEntry(sj::value& v, OxDbLayerState::LayerEntry& e) {
+        static const KeyTable keys{
+            "name",           "off",   "frozen",   "locked",     "plottable", "newViewportFrozen",
+            "viewportFrozen", "color", "linetype", "lineweight", "plotStyle", "transparency"};
+        const char* at = JsonIn::where(v);
+        std::uint64_t seen = 0;
+        return m_ctx.fields(v, keys, "a layer state entry", seen, [&](int key, sj::value& value) {
+            switch (key) {
+            case 0:
+                return m_ctx.nonEmptyText(value, e.name);
+            case 1:
+                return m_ctx.boolean(value, e.off);
+            case 2:
+                return m_ctx.boolean(value, e.frozen);
+            case 3:
+                return m_ctx.boolean(value, e.locked);
+            case 4:
+                return m_ctx.boolean(value, e.plottable);
+            case 5:
+                return m_ctx.boolean(value, e.newViewportFrozen);
+            case 6:
+                return m_ctx.boolean(value, e.frozenInViewport);
+            case 7:
+                return m_ctx.color(value, e.color);
+            case 8:
+                return m_ctx.reference(value, m_ctx.linetype, e.linetypeId);
+            case 9:
+                return m_ctx.lineWeight(value, e.lineWeight);
+            case 10:
+                return m_ctx.text(value, e.plotStyleName);
+            default:
+                return m_ctx.transparency(value, e.transparency);
+            }
+        }) && m_ctx.requireKeys(seen, 1, keys, "a layer state entry", at);
+    }
+
+    // ------------------------------------------------------------ the end
+
+    bool finish() {
+        if (!m_ctx.checkForwardReferences()) return false;
+        OxDbDatabase::Impl& d = m_ctx.impl;
+        d.clayer = m_clayer.given ? m_clayer.id : d.layerZero;
+        const auto* current = peek<OxDbLayerTableRecord>(d.clayer);
+        if (current && current->isFrozen())
+            return m_ctx.failAt(m_clayer.pointer, m_clayer.at,
+                                "the current layer \"" + current->name().utf8() + "\" is frozen");
+        d.celtype = m_celtype.given ? m_celtype.id : d.byLayerLinetype;
+        d.currentLayout = m_ctab.id;
+        for (const auto& id : m_lockedLayers) {
+            WriteOpen<OxDbLayerTableRecord> layer(id);
+            if (layer) layer->setIsLocked(true);
+        }
+        if (m_handseed > d.store.nextHandle) d.store.nextHandle = m_handseed;
+        return true;
+    }
+
+    ReadContext m_ctx;
+    EntityReader m_entities;
+    Deferred m_clayer, m_celtype, m_ctab;
+    std::uint64_t m_handseed = 0;
+    std::vector<OxDbObjectId> m_lockedLayers;
+    const char* m_sectionAt = nullptr;
+};
+
+std::unique_ptr<OxDbDatabase> readPadded(const simdjson::padded_string_view& json, const std::string& fileName,
+                                         LoadError& error) {
+    auto db = std::make_unique<OxDbDatabase>(false);
+    {
+        DrawingReader reader(*db, std::string_view(json.data(), json.size()), fileName, error);
+        if (!reader.read(json)) return nullptr;
+    }
+    db->setModified(false);
+    return db;
+}
+
+} // namespace
+
+std::unique_ptr<OxDbDatabase> readDrawing(std::string_view json, const std::string& fileName, LoadError& error) {
+    simdjson::padded_string padded(json);
+    return readPadded(padded, fileName, error);
+}
+
+std::unique_ptr<OxDbDatabase> readDrawingFile(const std::string& path, LoadError& error) {
+    simdjson::padded_string padded;
+    if (auto e = simdjson::padded_string::load(path).get(padded)) {
+        error = LoadError{path, "", 0, 0, std::string("cannot read the file (") + simdjson::error_message(e) + ")"};
+        return nullptr;
+    }
+    auto db = readPadded(padded, path, error);
+    if (db) {
+        db->setFileName(OxString::fromUtf8(path).kwszPtr());
+        db->setModified(false);
+    }
+    return db;
+}
+
+std::string LoadError::message() const {
+    std::string out = file;
+    if (line) {
+        out += ':';
+        out += std::to_string(line);
+        out += ':';
+        out += std::to_string(column);
+    }
+    out += ": ";
+    if (!pointer.empty()) out += "at " + pointer + ": ";
+    return out + problem;
+}
+
+} // namespace pavo::files

@@ -1,0 +1,147 @@
+// Reading JSON with simdjson's On-Demand parser while keeping track of where
+// we are, so that every refusal names the JSON Pointer, line and column.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <initializer_list>
+#include <simdjson.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "OxCmColor.h"
+#include "OxDb.h"
+#include "OxGe.h"
+#include "OxString.h"
+#include "files/DrawingFile.h"
+
+namespace pavo::files {
+
+namespace sj = simdjson::ondemand;
+
+// The known keys of one kind of JSON object, found in about one comparison.
+class KeyTable {
+public:
+    KeyTable(std::initializer_list<std::string_view> keys);
+    // Index of `key` in the list, or -1.
+    int find(std::string_view key) const;
+    std::string_view name(int index) const { return m_keys[static_cast<std::size_t>(index)]; }
+
+private:
+    static std::size_t slotOf(std::string_view key);
+    std::vector<std::string_view> m_keys;
+    std::array<std::int8_t, 256> m_slots;
+};
+
+class JsonIn {
+public:
+    JsonIn(std::string_view text, const std::string& fileName, LoadError& error);
+
+    // Records the first problem; always returns false so that callers can
+    // `return fail(...)`.
+    bool fail(const char* at, std::string problem);
+    bool failAt(const std::string& pointer, const char* at, std::string problem);
+    // A parser error (malformed or truncated JSON).
+    bool failJson(simdjson::error_code code, const char* at = nullptr);
+    bool failed() const { return m_failed; }
+
+    // The JSON Pointer of the current position.
+    std::string pointer() const;
+    std::string pointerWith(std::string_view key) const;
+    static const char* where(sj::value& v) { return v.raw_json_token().data(); }
+    const char* end() const { return m_end; }
+
+    // Walks an object: `fn(keyIndex, value)` for each key, refusing unknown
+    // and repeated keys. `seen` gets one bit per key index.
+    template <class Fn>
+    bool fields(sj::object object, const KeyTable& keys, std::string_view what, std::uint64_t& seen, Fn&& fn);
+    template <class Fn>
+    bool fields(sj::value& v, const KeyTable& keys, std::string_view what, std::uint64_t& seen, Fn&& fn) {
+        sj::object object;
+        if (v.get_object().get(object)) return typeError(v, "an object");
+        return fields(object, keys, what, seen, fn);
+    }
+    // Walks an array: `fn(value)` for each item.
+    template <class Fn> bool items(sj::value& v, Fn&& fn);
+    // The location of the current key (for errors about it).
+    const char* keyLocation() const { return m_keyAt; }
+
+    bool typeError(sj::value& v, std::string_view expected);
+    bool number(sj::value& v, double& out);
+    bool integer(sj::value& v, long long& out, long long lo, long long hi);
+    bool boolean(sj::value& v, bool& out);
+    bool utf8(sj::value& v, std::string_view& out);
+    bool text(sj::value& v, OxString& out);
+    bool nonEmptyText(sj::value& v, OxString& out);
+    // [x, y] or [x, y, z].
+    bool point(sj::value& v, OxGePoint3d& out);
+    bool point2(sj::value& v, OxGePoint2d& out);
+    bool color(sj::value& v, OxCmColor& out);
+    bool transparency(sj::value& v, OxCmTransparency& out);
+    bool lineWeight(sj::value& v, OxDb::LineWeight& out);
+    // A handle string ("1F"); `isNull` when the value is JSON null and
+    // `nullable`.
+    bool handle(sj::value& v, std::uint64_t& out, bool nullable, bool& isNull);
+    bool handleFromText(std::string_view s, const char* at, std::uint64_t& out);
+    // Fails when `required` bits are missing from `seen`, naming the first.
+    bool requireKeys(std::uint64_t seen, std::uint64_t required, const KeyTable& keys, std::string_view what,
+                     const char* at);
+
+    struct Segment {
+        std::string_view key;
+        long index = -1;
+    };
+    std::vector<Segment>& path() { return m_path; }
+
+private:
+    void locate(const char* at);
+    const char* m_begin;
+    const char* m_end;
+    const std::string& m_fileName;
+    LoadError& m_error;
+    bool m_failed = false;
+    std::vector<Segment> m_path;
+    const char* m_keyAt = nullptr;
+};
+
+template <class Fn>
+bool JsonIn::fields(sj::object object, const KeyTable& keys, std::string_view what, std::uint64_t& seen, Fn&& fn) {
+    for (auto result : object) {
+        sj::field field;
+        if (auto e = std::move(result).get(field)) return failJson(e);
+        const char* keyAt = field.key().raw() - 1; // before unescaping, which consumes the key
+        std::string_view key;
+        if (auto e = field.unescaped_key().get(key)) return failJson(e);
+        const int index = keys.find(key);
+        m_keyAt = keyAt;
+        if (index < 0)
+            return failAt(pointerWith(key), keyAt, "unknown key \"" + std::string(key) + "\" in " + std::string(what));
+        const std::uint64_t bit = std::uint64_t(1) << index;
+        if (seen & bit)
+            return failAt(pointerWith(key), keyAt,
+                          "duplicate key \"" + std::string(key) + "\" in " + std::string(what));
+        seen |= bit;
+        m_path.push_back({keys.name(index), -1});
+        if (!fn(index, field.value())) return false;
+        m_path.pop_back();
+    }
+    return true;
+}
+
+template <class Fn> bool JsonIn::items(sj::value& v, Fn&& fn) {
+    sj::array array;
+    if (v.get_array().get(array)) return typeError(v, "an array");
+    long index = 0;
+    for (auto result : array) {
+        sj::value item;
+        if (auto e = std::move(result).get(item)) return failJson(e);
+        m_path.push_back({{}, index});
+        if (!fn(item)) return false;
+        m_path.pop_back();
+        ++index;
+    }
+    return true;
+}
+
+} // namespace pavo::files

@@ -1,0 +1,76 @@
+// The drawing reader's state shared by its sections and its entity reader:
+// the database being built, and references by handle.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "DbBuild.h"
+#include "OxDbSymbolTable.h"
+#include "files/JsonIn.h"
+
+namespace pavo::files {
+
+// The class a reference must lead to, and its name for messages.
+struct RefKind {
+    const OxRxClass* cls;
+    const char* name;
+};
+
+class ReadContext : public JsonIn {
+public:
+    ReadContext(OxDbDatabase& db, std::string_view text, const std::string& fileName, LoadError& error);
+
+    OxDbDatabase& db;
+    OxDbDatabase::Impl& impl;
+    pavo::db::Store& store;
+
+    const RefKind layer, linetype, block, viewport, layout, plotStyle, material;
+
+    // The "h" of a new object: a stub without an object yet.
+    bool define(sj::value& v, OxDbStub*& stub);
+    // A reference; null allowed when `nullable`. References to objects not
+    // read yet are checked by checkForwardReferences().
+    bool reference(sj::value& v, const RefKind& kind, OxDbObjectId& id, bool nullable = true);
+    bool resolve(std::uint64_t handle, const RefKind& kind, const char* at, OxDbObjectId& id);
+    bool checkForwardReferences();
+
+    // A status of the database: false with a message unless eOk.
+    bool accepted(Ox::ErrorStatus es, const char* at, std::string_view what);
+    // The next object made resident takes `stub`; cleared after a failure.
+    void expectStub(OxDbStub* stub) { store.setPendingStub(stub); }
+    void dropStub() { store.setPendingStub(nullptr); }
+
+private:
+    struct Forward {
+        OxDbStub* stub;
+        const RefKind* kind;
+        std::string pointer;
+        const char* at;
+    };
+    std::vector<Forward> m_forwards;
+    std::uint64_t m_lastHandle = 0;
+    const RefKind* m_lastKind = nullptr;
+    OxDbStub* m_lastStub = nullptr;
+};
+
+// Opens a resident object for write for the length of a scope.
+template <class T> class WriteOpen {
+public:
+    explicit WriteOpen(const OxDbObjectId& id) {
+        if (oxdbOpenObject(m_obj, id, OxDb::kForWrite) != Ox::eOk) m_obj = nullptr;
+    }
+    ~WriteOpen() {
+        if (m_obj) m_obj->close();
+    }
+    WriteOpen(const WriteOpen&) = delete;
+    WriteOpen& operator=(const WriteOpen&) = delete;
+    T* get() const { return m_obj; }
+    T* operator->() const { return m_obj; }
+    explicit operator bool() const { return m_obj != nullptr; }
+
+private:
+    T* m_obj = nullptr;
+};
+
+} // namespace pavo::files

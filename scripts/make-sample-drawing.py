@@ -1,0 +1,179 @@
+#!/usr/bin/env python3
+"""Writes resources/samples/building.pvd: a small building plan (units mm)."""
+import json, math, os
+
+handles = iter(range(1, 100000))
+def h():
+    return format(next(handles), "X")
+
+T = {"layers": h(), "linetypes": h(), "blocks": h()}
+D = {"namedObjects": h()}
+for role, key in [("layouts", "LAYOUTS"), ("plotSettings", "PLOTSETTINGS"), ("plotStyles", "PLOTSTYLENAMES"),
+                  ("materials", "MATERIALS"), ("layerStates", "LAYERSTATES")]:
+    D[role] = {"h": h(), "key": key}
+
+lt = {}
+linetypes = []
+for name, desc, pattern in [("ByBlock", "", None), ("ByLayer", "", None), ("Continuous", "Solid line", None),
+                            ("DASHED", "Dashed __ __ __", [12.7, -6.35]),
+                            ("CENTER", "Center ____ _ ____", [31.75, -6.35, 6.35, -6.35]),
+                            ("HIDDEN", "Hidden __ __ __", [6.35, -3.175])]:
+    lt[name] = h()
+    rec = {"h": lt[name], "name": name}
+    if desc: rec["description"] = desc
+    if pattern: rec["pattern"] = pattern
+    linetypes.append(rec)
+
+ps = {}
+plotStyles = []
+for name in ["Normal", "Thick", "Thin", "Dashed"]:
+    ps[name] = h()
+    plotStyles.append({"h": ps[name], "name": name})
+materials = [{"h": h(), "name": n} for n in ["ByLayer", "ByBlock", "Global"]]
+
+LAYERS = [  # name, colour, linetype, lineweight, plot style, description, extra
+    ("0", 7, "Continuous", -3, "Normal", "", {}),
+    ("A-WALL", 7, "Continuous", 50, "Thick", "Walls", {}),
+    ("A-DOOR", 3, "Continuous", 25, "Normal", "Doors", {}),
+    ("A-GLAZ", {"rgb": [0, 170, 255]}, "Continuous", 18, "Thin", "Windows and glazing", {}),
+    ("A-FURN", 8, "Continuous", 13, "Thin", "Furniture", {"transparency": {"alpha": 178}}),
+    ("S-COLS", 5, "Continuous", 35, "Thick", "Structural columns", {}),
+    ("S-GRID", 8, "CENTER", 13, "Thin", "Structural grid", {}),
+    ("E-LITE", 2, "Continuous", 18, "Normal", "Lighting", {}),
+    ("E-POWR", {"rgb": [187, 30, 16], "book": "RAL CLASSIC", "name": "RAL 3020"}, "Continuous", 18, "Normal",
+     "Power outlets", {}),
+    ("M-HVAC", 30, "DASHED", 25, "Dashed", "Heating, ventilation, ducts", {}),
+    ("P-PLUMB", 140, "HIDDEN", 25, "Normal", "Plumbing", {}),
+    ("A-ANNO-TEXT", 2, "Continuous", 18, "Normal", "Room names and notes", {}),
+    ("A-ANNO-DIMS", 3, "Continuous", 13, "Thin", "Dimensions", {}),
+    ("DEFPOINTS", 7, "Continuous", -3, "Normal", "Definition points (never plotted)", {"plottable": False}),
+    ("VIEWPORTS", 9, "Continuous", -3, "Normal", "Viewport frames", {"plottable": False}),
+]
+L = {}
+layers = []
+for name, colour, ltype, lw, style, desc, extra in LAYERS:
+    L[name] = h()
+    rec = {"h": L[name], "name": name}
+    rec.update(extra)
+    if colour != 7: rec["color"] = colour
+    if ltype != "Continuous": rec["linetype"] = lt[ltype]
+    if lw != -3: rec["lineweight"] = lw
+    rec["plotStyle"] = ps[style]
+    if desc: rec["description"] = desc
+    layers.append(rec)
+
+def ent(t, layer, **kw):
+    e = {"t": t, "h": h()}
+    if layer != "0": e["l"] = L[layer]
+    e.update(kw)
+    return e
+
+def rect(x0, y0, x1, y1):
+    return [[x0, y0], [x1, y0], [x1, y1], [x0, y1]]
+
+B = {name: h() for name in ["*Model_Space", "*Paper_Space", "*Paper_Space1", "DOOR", "TITLE"]}
+LO = {name: h() for name in ["Model", "A1 Plan", "A3 Detail"]}
+half_pi = math.pi / 2
+
+model = [
+    ent("polyline", "A-WALL", v=rect(0, 0, 20000, 12000), closed=True),
+    ent("polyline", "A-WALL", v=rect(200, 200, 19800, 11800), closed=True),
+    ent("line", "A-WALL", s=[8000, 200], e=[8000, 11800]),
+    ent("line", "A-WALL", s=[8000, 6000], e=[19800, 6000]),
+    ent("insert", "A-DOOR", b=B["DOOR"], p=[3000, 0]),
+    ent("insert", "A-DOOR", b=B["DOOR"], p=[8000, 3000], rot=half_pi),
+    ent("insert", "A-DOOR", b=B["DOOR"], p=[12000, 6000]),
+    ent("polyline", "A-GLAZ", v=rect(2000, 11800, 5000, 12000), closed=True),
+    ent("polyline", "A-GLAZ", v=rect(12000, 0, 16000, 200), closed=True),
+    ent("polyline", "A-FURN", v=rect(2500, 2500, 5500, 4000), closed=True),
+    ent("polyline", "A-FURN", v=rect(15000, 8000, 17000, 10000), closed=True),
+]
+for x in (0, 8000, 20000):
+    for y in (0, 6000, 12000):
+        model.append(ent("circle", "S-COLS", p=[x, y], r=150))
+for x, label in ((0, "A"), (8000, "B"), (20000, "C")):
+    model.append(ent("line", "S-GRID", s=[x, -1500], e=[x, 13500]))
+    model.append(ent("text", "S-GRID", p=[x, -2500], txt=label, ht=400))
+for y, label in ((0, "1"), (6000, "2"), (12000, "3")):
+    model.append(ent("line", "S-GRID", s=[-1500, y], e=[21500, y]))
+    model.append(ent("text", "S-GRID", p=[-2500, y], txt=label, ht=400))
+for x, y in ((4000, 9000), (14000, 3000), (14000, 9000)):
+    model.append(ent("circle", "E-LITE", p=[x, y], r=200))
+for x, y in ((200, 3000), (7800, 9000), (19800, 3000)):
+    model.append(ent("point", "E-POWR", p=[x, y]))
+model += [
+    ent("polyline", "M-HVAC", v=[[1000, 11000], [19000, 11000]], w=50),
+    ent("circle", "P-PLUMB", p=[18500, 1000], r=250),
+    ent("line", "P-PLUMB", s=[18500, 750], e=[18500, 200]),
+    ent("text", "A-ANNO-TEXT", p=[3000, 6000], txt="LIVING", ht=350),
+    ent("text", "A-ANNO-TEXT", p=[13000, 3000], txt="KITCHEN", ht=350),
+    ent("text", "A-ANNO-TEXT", p=[13000, 9000], txt="BEDROOM", ht=350),
+    ent("line", "A-ANNO-DIMS", s=[0, -800], e=[20000, -800]),
+    ent("text", "A-ANNO-DIMS", p=[10000, -700], txt="20000", ht=250),
+    ent("point", "DEFPOINTS", p=[0, -800]),
+    ent("point", "DEFPOINTS", p=[20000, -800]),
+]
+
+door = [ent("line", "0", s=[0, 0], e=[0, 900]),
+        ent("arc", "0", p=[0, 0], r=900, sa=0, ea=half_pi)]
+title = [ent("polyline", "0", v=rect(0, 0, 180, 60), closed=True)]
+for tag, prompt, x, y in (("PROJECT", "Project name", 5, 45), ("DRAWN_BY", "Drawn by", 5, 30),
+                          ("DATE", "Date", 5, 15), ("SHEET", "Sheet number", 120, 15)):
+    title.append(ent("attdef", "0", p=[x, y], txt="", ht=5, tag=tag, prompt=prompt))
+
+def title_ref(x, y, sheet):
+    values = {"PROJECT": "Riverside House", "DRAWN_BY": "PAVO", "DATE": "2024-05-01", "SHEET": sheet}
+    pos = {"PROJECT": (5, 45), "DRAWN_BY": (5, 30), "DATE": (5, 15), "SHEET": (120, 15)}
+    r = ent("insert", "0", b=B["TITLE"], p=[x, y])
+    r["attribs"] = [{"h": h(), "p": [x + pos[t][0], y + pos[t][1]], "txt": v, "ht": 5, "tag": t}
+                    for t, v in values.items()]
+    return r
+
+def viewport(n, p, w, ht, vc, vh, frozen=()):
+    e = ent("viewport", "VIEWPORTS", p=p, w=w, ht=ht, n=n, vc=vc, vh=vh)
+    if frozen: e["fl"] = [L[x] for x in frozen]
+    return e
+
+a1 = [viewport(1, [420.5, 297], 841, 594, [420.5, 297], 594),
+      viewport(2, [380, 320], 640, 420, [10000, 6000], 16000),
+      viewport(3, [740, 420], 160, 120, [4000, 9000], 4000, frozen=["A-FURN"]),
+      title_ref(651, 10, "A-101")]
+a3 = [viewport(1, [210, 148.5], 420, 297, [210, 148.5], 297),
+      viewport(2, [200, 170], 360, 240, [14000, 3000], 6000, frozen=["E-POWR", "M-HVAC"]),
+      title_ref(230, 10, "A-501")]
+# The walls show red and heavier in the kitchen detail.
+for rec in layers:
+    if rec["name"] == "A-WALL":
+        rec["overrides"] = [{"viewport": a3[1]["h"], "color": 1, "lineweight": 70}]
+
+blocks = [
+    {"h": B["*Model_Space"], "name": "*Model_Space", "entities": model},
+    {"h": B["*Paper_Space"], "name": "*Paper_Space", "entities": a1},
+    {"h": B["*Paper_Space1"], "name": "*Paper_Space1", "entities": a3},
+    {"h": B["DOOR"], "name": "DOOR", "comments": "Single door, 900 leaf, hinge at the origin", "entities": door},
+    {"h": B["TITLE"], "name": "TITLE", "comments": "Title block 180 x 60", "entities": title},
+]
+layouts = [
+    {"h": LO["Model"], "name": "Model", "tabOrder": 0, "block": B["*Model_Space"]},
+    {"h": LO["A1 Plan"], "name": "A1 Plan", "tabOrder": 1, "block": B["*Paper_Space"],
+     "styleSheet": "pavo-named.pst", "activeViewport": a1[1]["h"]},
+    {"h": LO["A3 Detail"], "name": "A3 Detail", "tabOrder": 2, "block": B["*Paper_Space1"],
+     "styleSheet": "pavo-named.pst", "activeViewport": a3[1]["h"]},
+]
+structure_only = {"h": h(), "name": "Structure only", "mask": 0x7FF,
+                  "description": "Only the structural grid and columns", "currentLayer": "0",
+                  "layers": [{"name": r["name"], **({} if r["name"] in ("0", "S-COLS", "S-GRID") else {"off": True})}
+                             for r in layers]}
+
+drawing = {
+    "format": "pavo-drawing", "version": 1,
+    "header": {"clayer": L["0"], "celtype": lt["ByLayer"], "cecolor": "bylayer", "celweight": -1, "tilemode": 1,
+               "pstylemode": 0, "measurement": 1, "extnames": 1, "ltscale": 1, "insunits": 4, "cvport": 2,
+               "ctab": LO["A1 Plan"], "handseed": format(next(handles), "X")},
+    "tables": T, "dictionaries": D, "linetypes": linetypes, "plotStyles": plotStyles, "materials": materials,
+    "layers": layers, "blocks": blocks, "layouts": layouts, "layerStates": [structure_only],
+}
+
+out = os.path.join(os.path.dirname(__file__), "..", "resources", "samples", "building.pvd")
+with open(out, "w") as f:
+    f.write("{\n" + ",\n".join('"%s": %s' % (k, json.dumps(v, separators=(",", ":"))) for k, v in drawing.items()) + "\n}\n")
