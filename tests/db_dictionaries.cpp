@@ -59,7 +59,10 @@ TEST(Dictionaries, SetAtReplacesAndErasesTheOldEntry) {
     EXPECT_TRUE(old.isErased());
     EXPECT_EQ(styles->numEntries(), 1);
     EXPECT_EQ(keys(styles), std::vector<std::wstring>{L"NORMAL"});
-    EXPECT_EQ(styles->setAt(L"", new OxDbPlaceHolder(), fresh), Ox::eInvalidInput);
+    auto* refused = new OxDbPlaceHolder();
+    EXPECT_EQ(styles->setAt(L"", refused, fresh), Ox::eInvalidInput);
+    EXPECT_FALSE(refused->isDatabaseResident()); // still the caller's
+    delete refused;
     styles->close();
 }
 

@@ -1,0 +1,69 @@
+// The pavo executable as a user runs it: options, scripts, drawing files and
+// exit statuses.
+#include <gtest/gtest.h>
+
+#include "RunPavo.h"
+
+using pavotest::runPavo;
+using pavotest::TempFolder;
+
+TEST(PavoExecutable, ScriptRunsLayerLoopOnTheSample) {
+    TempFolder dir;
+    dir.write("s.scr", "-LAYER\n\n");
+    const auto run = runPavo({"--script", dir.path("s.scr")});
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_NE(run.output.find("Command: -LAYER\nCurrent layer: "), std::string::npos) << run.output;
+    EXPECT_NE(run.output.find("Enter an option [?/New/Make/Set/Color/Ltype/LWeight/Plot/PStyle/ON/OFF/"),
+              std::string::npos)
+        << run.output;
+    EXPECT_NE(run.output.find("]: \nCommand: "), std::string::npos) << run.output;
+}
+
+TEST(PavoExecutable, StandardInputIsAScriptAndEndingInsideACommandFails) {
+    const auto ended = runPavo({"--new"}, "-LAYER\n");
+    EXPECT_EQ(ended.status, 3) << ended.output;
+    const auto fine = runPavo({"--new"}, "-LAYER\n\n");
+    EXPECT_EQ(fine.status, 0) << fine.output;
+}
+
+TEST(PavoExecutable, SaveAsThenReopenKeepsTheDrawing) {
+    TempFolder dir;
+    const std::string file = dir.path("plan.pvd");
+    const auto save = runPavo({}, "PSTYLEMODE\n1\nSAVEAS\n" + file + "\nQUIT\n");
+    ASSERT_EQ(save.status, 0) << save.output;
+    const std::string saved = dir.read("plan.pvd");
+    ASSERT_FALSE(saved.empty());
+
+    // Reopened: the variable kept, and a save with no change writes the same bytes.
+    const auto reopen = runPavo({file}, "-LAYER\n\nSAVE\nQUIT\n");
+    EXPECT_EQ(reopen.status, 0) << reopen.output;
+    EXPECT_NE(reopen.output.find("Enter an option [?/New/Make/Set/Color/Ltype/LWeight/Plot/ON/"), std::string::npos)
+        << reopen.output;
+    EXPECT_EQ(dir.read("plan.pvd"), saved);
+    EXPECT_EQ(dir.read("plan.pvd.bak"), saved);
+}
+
+TEST(PavoExecutable, BadDrawingIsRefusedAndLeftAlone) {
+    TempFolder dir;
+    const std::string file = dir.path("broken.pvd");
+    const std::string truncated = "{\"format\": \"pavo-drawing\", \"version\": 1, \"layers\": [";
+    dir.write("broken.pvd", truncated);
+    const auto run = runPavo({file}, "QUIT\n");
+    EXPECT_EQ(run.status, 2) << run.output;
+    EXPECT_NE(run.output.find("broken.pvd"), std::string::npos) << run.output;
+    EXPECT_EQ(dir.read("broken.pvd"), truncated);
+
+    const auto missing = runPavo({dir.path("none.pvd")}, "QUIT\n");
+    EXPECT_EQ(missing.status, 2) << missing.output;
+}
+
+TEST(PavoExecutable, OptionsAndUsage) {
+    const auto version = runPavo({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_NE(version.output.find("pavo "), std::string::npos);
+    const auto help = runPavo({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.output.find("--script"), std::string::npos);
+    EXPECT_EQ(runPavo({"--bogus"}).status, 1);
+    EXPECT_EQ(runPavo({"a.pvd", "--new"}).status, 1);
+}
