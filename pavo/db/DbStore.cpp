@@ -28,19 +28,17 @@ namespace pavo::db {
 
 OxDbStub* Store::stubForHandle(std::uint64_t handle) {
     if (handle == 0) return nullptr;
-    auto [it, inserted] = byHandle.try_emplace(handle, nullptr);
-    if (inserted) {
-        OxDbStub& stub = stubs.emplace_back();
-        stub.handle = handle;
-        stub.database = database;
-        it->second = &stub;
-        nextHandle = std::max(nextHandle, handle + 1);
-    }
-    return it->second;
+    if (OxDbStub* found = byHandle.find(handle)) return found;
+    OxDbStub& stub = stubs.emplace_back();
+    stub.handle = handle;
+    stub.database = database;
+    byHandle.insert(handle, &stub, stubs.size());
+    nextHandle = std::max(nextHandle, handle + 1);
+    return &stub;
 }
 
 OxDbStub* Store::newStub() {
-    while (byHandle.count(nextHandle))
+    while (byHandle.contains(nextHandle))
         ++nextHandle;
     return stubForHandle(nextHandle);
 }

@@ -16,6 +16,7 @@
 #include "OxDbLayerStateManager.h" // complete types for the Impl's unique_ptr members
 #include "OxDbObject.h"
 #include "OxDbObjectId.h"
+#include "HandleIndex.h"
 #include "OxDbServices.h"
 
 class OxDbLayoutManager;
@@ -63,7 +64,7 @@ struct Store {
     explicit Store(OxDbDatabase* db) : database(db) {}
     OxDbDatabase* database;
     std::deque<OxDbStub> stubs; // stable addresses
-    std::unordered_map<std::uint64_t, OxDbStub*> byHandle;
+    HandleIndex byHandle;
     std::uint64_t nextHandle = 1;
 
     // Open bookkeeping: every stub with readers or a writer.

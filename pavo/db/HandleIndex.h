@@ -1,0 +1,42 @@
+// Stubs by handle. Handles of a drawing are nearly dense (1 to the handle
+// seed), so most live in a vector indexed by handle; a handle far beyond
+// the others (hand-written files may have any) goes to a hash map.
+#pragma once
+
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+class OxDbStub;
+
+namespace pavo::db {
+
+class HandleIndex {
+public:
+    OxDbStub* find(std::uint64_t handle) const {
+        if (handle < m_dense.size()) return m_dense[handle];
+        auto it = m_sparse.find(handle);
+        return it == m_sparse.end() ? nullptr : it->second;
+    }
+    bool contains(std::uint64_t handle) const { return find(handle) != nullptr; }
+    // `stub` must not be null and `handle` not yet present.
+    void insert(std::uint64_t handle, OxDbStub* stub, std::size_t stubCount) {
+        // Dense while the vector stays within a few times the number of
+        // objects; a stray huge handle must not allocate gigabytes.
+        const std::uint64_t limit = 4 * static_cast<std::uint64_t>(stubCount) + 4096;
+        if (handle < m_dense.size()) {
+            m_dense[handle] = stub;
+        } else if (handle < limit) {
+            m_dense.resize(std::max<std::uint64_t>(handle + 1, m_dense.size() * 3 / 2), nullptr);
+            m_dense[handle] = stub;
+        } else {
+            m_sparse.emplace(handle, stub);
+        }
+    }
+
+private:
+    std::vector<OxDbStub*> m_dense;
+    std::unordered_map<std::uint64_t, OxDbStub*> m_sparse;
+};
+
+} // namespace pavo::db
