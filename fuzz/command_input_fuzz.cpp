@@ -8,8 +8,17 @@
 #include <string>
 #include <vector>
 
+#include <dlfcn.h>
+
 #include "app/Session.h"
 #include "editor/Input.h"
+
+// The module stays mapped for the whole run: libFuzzer keeps the coverage
+// counters of every instrumented library it has seen.
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    dlopen(PAVO_FUZZ_MODULE_DIR "/VxLayerCmds.pvx", RTLD_NOW | RTLD_NODELETE);
+    return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<std::string> lines;
