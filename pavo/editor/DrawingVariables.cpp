@@ -109,7 +109,7 @@ std::vector<SystemVariableRow> drawingVariableRows() {
         [](OxDbDatabase& db) -> std::optional<SysVarValue> { return db.ltscale(); },
         [](OxDbDatabase& db, const SysVarValue& value) { return refusal(db.setLtscale(std::get<double>(value))); }};
     const auto dwgname = std::pair<Reader, Writer>{
-        [](OxDbDatabase& db) -> std::optional<SysVarValue> { return db.fileName().str(); }, {}};
+        [](OxDbDatabase& db) -> std::optional<SysVarValue> { return db.fileName().str(); }, Writer()};
     const auto positive = [](const SysVarValue& value) {
         return std::get<double>(value) > 0 ? std::wstring() : std::wstring(L"Value must be positive.");
     };

@@ -30,7 +30,7 @@ InputLine Editor::ask(const std::wstring& prompt, const std::vector<std::wstring
 }
 
 InputLine Editor::askLine(const std::wstring& prompt, const std::vector<std::wstring>& completions, bool again) {
-    if (m_inputEnded) return {InputLine::End, {}};
+    if (m_inputEnded) return InputLine{};
     const std::wstring text = again && !prompt.starts_with(L'\n') ? L"\n" + prompt : prompt;
     const std::size_t lastBreak = text.rfind(L'\n');
     const std::size_t lastLineStart = lastBreak == std::wstring::npos ? 0 : lastBreak + 1;

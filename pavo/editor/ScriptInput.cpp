@@ -22,7 +22,7 @@ public:
 
     InputLine read(const std::wstring&, const std::vector<std::wstring>&) override {
         std::string line;
-        if (!m_stream || !std::getline(*m_stream, line)) return {InputLine::End, {}};
+        if (!m_stream || !std::getline(*m_stream, line)) return InputLine{};
         if (m_firstLine && line.starts_with("\xEF\xBB\xBF")) line.erase(0, 3); // byte order mark
         m_firstLine = false;
         return answerFromLine(std::move(line));
@@ -42,7 +42,7 @@ public:
     explicit LinesInput(std::vector<std::string> lines) : m_lines(lines.begin(), lines.end()) {}
 
     InputLine read(const std::wstring&, const std::vector<std::wstring>&) override {
-        if (m_lines.empty()) return {InputLine::End, {}};
+        if (m_lines.empty()) return InputLine{};
         std::string line = std::move(m_lines.front());
         m_lines.pop_front();
         return answerFromLine(std::move(line));

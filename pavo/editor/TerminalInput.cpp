@@ -96,7 +96,7 @@ public:
             el_reset(m_el);
             return {InputLine::Cancel, {}};
         }
-        if (!line || count <= 0) return {InputLine::End, {}};
+        if (!line || count <= 0) return InputLine{};
         std::string text(line, static_cast<std::size_t>(count));
         while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
             text.pop_back();
