@@ -52,11 +52,14 @@ void OxDbSymbolTable::Impl::rename(OxDbStub* stub, std::wstring_view oldName, st
 
 namespace {
 
-// Block names may start with '*' (model and paper space, anonymous
-// blocks); the rest of the name follows the common rule.
+// Block and layer names may start with '*': the host's own records (model
+// and paper space, anonymous blocks, system layers such as
+// "*PAVO_CONSTRAINTS"), which users cannot type. The rest of the name
+// follows the common rule.
 Ox::ErrorStatus checkRecordName(const OxDbSymbolTable& table, const wchar_t* name) {
     if (!name) return Ox::eInvalidInput;
-    if (OxDbBlockTable::cast(&table) && name[0] == L'*' && name[1] != L'\0') ++name;
+    const bool systemNames = OxDbBlockTable::cast(&table) || OxDbLayerTable::cast(&table);
+    if (systemNames && name[0] == L'*' && name[1] != L'\0') ++name;
     return oxdbGetSymbolSvc()->checkSymbolName(name, true) == Ox::eOk ? Ox::eOk : Ox::eInvalidSymbolTableName;
 }
 
