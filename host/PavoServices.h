@@ -4,6 +4,7 @@
 #include "OxDb.h"
 #include "OxString.h"
 #include "PavoExport.h"
+#include "oxstatus.h"
 
 class PAVO_HOST_API PavoServicesManager {
 public:

@@ -51,7 +51,7 @@ LAYERS = [  # name, colour, linetype, lineweight, plot style, description, extra
 ]
 L = {}
 layers = []
-for name, colour, ltype, lw, style, desc, extra in LAYERS:
+def add_layer(name, colour, ltype, lw, style, desc, extra):
     L[name] = h()
     rec = {"h": L[name], "name": name}
     rec.update(extra)
@@ -61,6 +61,8 @@ for name, colour, ltype, lw, style, desc, extra in LAYERS:
     rec["plotStyle"] = ps[style]
     if desc: rec["description"] = desc
     layers.append(rec)
+for spec in LAYERS:
+    add_layer(*spec)
 
 def ent(t, layer, **kw):
     e = {"t": t, "h": h()}
@@ -165,6 +167,38 @@ structure_only = {"h": h(), "name": "Structure only", "mask": 0x7FF,
                   "layers": [{"name": r["name"], **({} if r["name"] in ("0", "S-COLS", "S-GRID") else {"off": True})}
                              for r in layers]}
 
+# Layers in the states and with the names a user of the layer commands should
+# try, with objects north of the house (y 14000 and up). Their handles come
+# after every other one so that the rest of the drawing keeps its handles.
+EXTRA_LAYERS = [
+    ("A-DEMO", 1, "DASHED", -3, "Normal", "Walls to be demolished (off)", {"off": True}),
+    ("A-FURN-OLD", 8, "Continuous", -3, "Normal", "Previous furniture (frozen)", {"frozen": True}),
+    ("A-AREA", 4, "Continuous", -3, "Normal", "Room areas (locked)", {"locked": True}),
+    ("A-SKETCH", 6, "Continuous", -3, "Normal", "", {"plottable": False}),
+    ("SITE|BOUNDARY", 3, "Continuous", 35, "Normal", "Plot boundary from the site plan", {}),
+    ("\u03a3\u03a7\u0395\u0394\u0399\u039f", 7, "Continuous", -3, "Normal", "Greek name", {}),
+    ("\u041f\u041b\u0410\u041d-\u042d\u0422\u0410\u0416", 7, "Continuous", -3, "Normal", "Cyrillic name", {}),
+    ("Fa\u00e7ade-\u00e9l\u00e9vation", 7, "Continuous", -3, "Normal", "Accented Latin name", {}),
+    ("A-ANNO-NOTES-GENERAL-CONSTRUCTION", 2, "Continuous", -3, "Normal", "A name of 33 characters", {}),
+    ("A[1]", 7, "Continuous", -3, "Normal", "Brackets in the name", {}),
+    ("NOTE#1", 7, "Continuous", -3, "Normal", "A wildcard character in the name", {}),
+]
+for spec in EXTRA_LAYERS:
+    add_layer(*spec)
+model += [
+    ent("line", "A-DEMO", s=[0, 14000], e=[4000, 14000]),
+    ent("circle", "A-FURN-OLD", p=[6000, 14000], r=500),
+    ent("text", "A-AREA", p=[8000, 14000], txt="118 m2", ht=350),
+    ent("line", "A-SKETCH", s=[10000, 14000], e=[11000, 15000]),
+    ent("polyline", "SITE|BOUNDARY", v=rect(-5000, -5000, 25000, 17000), closed=True),
+    ent("point", "\u03a3\u03a7\u0395\u0394\u0399\u039f", p=[12000, 14000]),
+    ent("point", "\u041f\u041b\u0410\u041d-\u042d\u0422\u0410\u0416", p=[13000, 14000]),
+    ent("point", "Fa\u00e7ade-\u00e9l\u00e9vation", p=[14000, 14000]),
+    ent("text", "A-ANNO-NOTES-GENERAL-CONSTRUCTION", p=[15000, 14000], txt="GENERAL NOTES", ht=250),
+    ent("point", "A[1]", p=[18000, 14000]),
+    ent("point", "NOTE#1", p=[19000, 14000]),
+]
+
 drawing = {
     "format": "pavo-drawing", "version": 1,
     "header": {"clayer": L["0"], "celtype": lt["ByLayer"], "cecolor": "bylayer", "celweight": -1, "tilemode": 1,
@@ -175,5 +209,6 @@ drawing = {
 }
 
 out = os.path.join(os.path.dirname(__file__), "..", "resources", "samples", "building.pvd")
-with open(out, "w") as f:
-    f.write("{\n" + ",\n".join('"%s": %s' % (k, json.dumps(v, separators=(",", ":"))) for k, v in drawing.items()) + "\n}\n")
+with open(out, "w", encoding="utf-8") as f:
+    f.write("{\n" + ",\n".join('"%s": %s' % (k, json.dumps(v, separators=(",", ":"), ensure_ascii=False))
+                                for k, v in drawing.items()) + "\n}\n")

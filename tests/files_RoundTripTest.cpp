@@ -24,7 +24,7 @@ TEST(DrawingFiles, SampleLoadsWithItsContent) {
     auto db = loadOrFail(embeddedSampleDrawing());
     ASSERT_TRUE(db);
     EXPECT_EQ(db->clayer(), db->layerZero());
-    EXPECT_EQ(peek<OxDbLayerTable>(db->layerTableId())->numEntries(), 15);
+    EXPECT_EQ(peek<OxDbLayerTable>(db->layerTableId())->numEntries(), 26);
     const auto* wall = peek<OxDbLayerTableRecord>(layerNamed(*db, L"a-wall"));
     ASSERT_TRUE(wall);
     EXPECT_EQ(wall->lineWeight(), OxDb::kLnWt050);
@@ -45,7 +45,7 @@ TEST(DrawingFiles, SampleLoadsWithItsContent) {
     EXPECT_EQ(detail->number(), 3);
     EXPECT_TRUE(detail->isLayerFrozenInViewport(layerNamed(*db, L"A-FURN")));
     EXPECT_EQ(plan->activeViewportId(), viewports[1]);
-    EXPECT_EQ(peek<OxDbBlockTableRecord>(db->modelSpaceId())->numEntities(), 48);
+    EXPECT_EQ(peek<OxDbBlockTableRecord>(db->modelSpaceId())->numEntities(), 59);
 }
 
 TEST(DrawingFiles, LoadSaveLoadSaveIsStable) {

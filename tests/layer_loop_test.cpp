@@ -45,14 +45,28 @@ TEST(LayerLoop, GlobalNameRunsItAndUnknownWordsAreRefused) {
 }
 
 TEST(LayerLoop, AbbreviationsReachTheirBranches) {
-    ScriptedSession s({"PSTYLEMODE", "0", "-LAYER", "OF", "A", "LW", "DEL", "_Freeze", "pstyle", "O", "Print", "?",
-                       ""});
+    // Options still to come say so, which shows which branch each word reached.
+    ScriptedSession s(
+        {"PSTYLEMODE", "0", "-LAYER", "A", "LW", "_TRansparency", "pstyle", "O", "Print", "Plot", "C", ""});
     EXPECT_EQ(s.run(), 0);
     const std::string t = s.transcript();
-    for (const char* branch : {"OFf", "stAte", "LWeight", "Delete", "Freeze", "PStyle", "Plot", "?"})
+    for (const char* branch : {"stAte", "LWeight", "TRansparency", "PStyle", "Color"})
         EXPECT_EQ(countOf(t, std::string("The ") + branch + " option is not available"), 1) << branch << "\n" << t;
+    // "Print" and "Plot" run the same branch.
+    EXPECT_EQ(countOf(t, "The Plot option is not available"), 2) << t;
     // "O" is refused and the same prompt comes back; the loop goes on.
     EXPECT_NE(t.find(kPromptNamed + "O\nInvalid option keyword.\n" + kPromptNamed + "Print"), std::string::npos) << t;
+}
+
+TEST(LayerLoop, BuiltOptionsReturnToThePrompt) {
+    ScriptedSession s({"-LAYER", "OF", "x", "DEL", "x", "_Freeze", "x", "?", "x", ""}, pavotest::Drawing::New);
+    EXPECT_EQ(s.run(), 0);
+    const std::string t = s.transcript();
+    EXPECT_EQ(countOf(t, "not available"), 0) << t;
+    EXPECT_EQ(countOf(t, "No layers found matching pattern x. "), 4) << t;
+    EXPECT_NE(t.find("turn Off or <select objects>: x\n"), std::string::npos) << t;
+    EXPECT_NE(t.find("to delete: x\n"), std::string::npos) << t;
+    EXPECT_NE(t.find("to Freeze or <select objects>: x\n"), std::string::npos) << t;
 }
 
 TEST(LayerLoop, PromptFollowsPlotStyleMode) {
@@ -70,7 +84,8 @@ TEST(LayerLoop, EscapeEndsTheCommandAndScriptEndInsideIsAnError) {
 }
 
 TEST(LayerLoop, BuiltInTextsEqualTheStringTable) {
-    const std::vector<std::string> script = {"PSTYLEMODE", "0", "-LAYER", "O", "", "PSTYLEMODE", "1", "-LAYER", ""};
+    const std::vector<std::string> script = {"PSTYLEMODE", "0",          "-LAYER", "O",      "?", "*",  "Freeze", "0",
+                                             "",           "PSTYLEMODE", "1",      "-LAYER", "?", "Z*", ""};
     ScriptedSession withTable(script);
     withTable.run();
     pavo::app::SessionOptions options = pavotest::testSessionOptions();

@@ -2,6 +2,9 @@
 // exit statuses.
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
+
 #include "RunPavo.h"
 
 using pavotest::runPavo;
@@ -66,4 +69,33 @@ TEST(PavoExecutable, OptionsAndUsage) {
     EXPECT_NE(help.output.find("--script"), std::string::npos);
     EXPECT_EQ(runPavo({"--bogus"}).status, 1);
     EXPECT_EQ(runPavo({"a.pvd", "--new"}).status, 1);
+}
+
+// The README's first session, exactly as the documentation gives it.
+TEST(PavoExecutable, ReadmeWalkthrough) {
+    TempFolder dir;
+    std::string script;
+    {
+        std::ifstream in(std::string(PAVO_TEST_DATA_DIR) + "/../../docs/examples/walkthrough.scr");
+        std::ostringstream s;
+        s << in.rdbuf();
+        script = s.str();
+    }
+    ASSERT_FALSE(script.empty());
+    const std::string file = dir.path("walkthrough.pvd");
+    const std::string name = "\nwalkthrough.pvd\n";
+    for (size_t pos = script.find(name); pos != std::string::npos; pos = script.find(name, pos + file.size()))
+        script.replace(pos, name.size(), "\n" + file + "\n");
+    dir.write("walkthrough.scr", script);
+    const auto run = runPavo({"--script", dir.path("walkthrough.scr")});
+    ASSERT_EQ(run.status, 0) << run.output;
+    const std::string& t = run.output;
+    const size_t reopened = t.find("Opened ");
+    ASSERT_NE(reopened, std::string::npos) << t;
+    const std::string after = t.substr(reopened);
+    for (const char* row : {"A-FURN                          Freeze", "S-COLS                          On -L",
+                            "A-NEW-WALL ", "A-SKETCH-OLD ", "Current layer: E-LITE"})
+        EXPECT_NE(after.find(row), std::string::npos) << row << "\n" << after;
+    EXPECT_EQ(after.find("TEMP "), std::string::npos) << after;
+    EXPECT_NE(t.find("Cannot delete the selected layer(s). "), std::string::npos) << t;
 }

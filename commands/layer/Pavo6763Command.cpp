@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "layerhelper/HostVariables.h"
 #include "module/ResourceScope.h"
 #include "oxed.h"
 #include "oxmd.h"
@@ -25,42 +26,23 @@ constexpr const wchar_t* kPromptPlotStyles =
     L"[?/New/Make/Set/Color/Ltype/LWeight/Plot/PStyle/ON/OFF/Freeze/Thaw/LOck/Unlock/Rename/Description/DELete/"
     L"stAte/TRansparency]: ";
 
-// An integer system variable; false when it cannot be read.
-bool readIntVar(const wchar_t* name, int& value) {
-    resbuf rb{};
-    if (oxedGetVar(name, &rb) != STATUS_NORMAL) return false;
-    if (rb.restype == RTSHORT)
-        value = rb.resval.rint;
-    else if (rb.restype == RTLONG)
-        value = rb.resval.rlong;
-    else if (rb.restype == RTSTR) {
-        oxutDelBuffer(rb.resval.rstring);
-        return false;
-    } else
-        return false;
-    return true;
-}
-
 } // namespace
 
 int Pavo6763Command::execute(IPavoBuildInCommandContext* ctx) {
     vxlayer::ContextResourceScope resources(ctx);
     m_context = ctx;
 
-    resbuf clayer{};
-    if (oxedGetVar(L"CLAYER", &clayer) == STATUS_NORMAL) {
-        if (clayer.restype == RTSTR) {
-            OxString message;
-            message.format(oxmdOxResourceString(10105, L"\nCurrent layer: %ls"), clayer.resval.rstring);
-            oxedPrompt(message);
-            oxutDelBuffer(clayer.resval.rstring);
-        }
+    OxString clayer;
+    if (vxlayer::readStringVariable(L"CLAYER", clayer)) {
+        OxString message;
+        message.format(oxmdOxResourceString(10105, L"\nCurrent layer: %ls"), clayer);
+        oxedPrompt(message);
     }
 
     for (;;) {
         // Decided again before every prompt: a branch may change PSTYLEMODE.
         int pstylemode = 0;
-        const bool namedPlotStyles = readIntVar(L"PSTYLEMODE", pstylemode) && pstylemode != 1;
+        const bool namedPlotStyles = vxlayer::readIntVariable(L"PSTYLEMODE", pstylemode) && pstylemode != 1;
         const OxString keywords = namedPlotStyles ? oxmdOxResourceString(10052, kKeywordsPlotStyles)
                                                   : oxmdOxResourceString(10051, kKeywordsNoPlotStyles);
         const OxString prompt = namedPlotStyles ? oxmdOxResourceString(10059, kPromptPlotStyles)

@@ -5,6 +5,7 @@
 #include "base/CaseFold.h"
 #include "OxDbDatabase.h"
 #include "HostCommands.h"
+#include "HostCommandSets.h"
 #include "Session.h"
 #include "base/Utf8.h"
 #include "editor/Editor.h"
@@ -154,6 +155,8 @@ void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostComm
         s->requestDialogForNextCommand();
         return STATUS_NORMAL;
     });
+    registerSelectionCommands(add);
+    registerDrawingCommands(add);
 }
 
 } // namespace pavo::app

@@ -17,6 +17,7 @@
 #include "db/DbStore.h"
 #include "editor/Editor.h"
 #include "editor/Output.h"
+#include "editor/SelectionSets.h"
 #include "editor/SystemVariables.h"
 #include "files/DrawingFile.h"
 #include "oxed.h"
@@ -95,6 +96,7 @@ Session::~Session() {
     m_output->flush();
     if (oxdbHostApplicationServices()->workingDatabase() == m_db.get())
         oxdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    editor::selection::forgetDrawing();
     m_db.reset();
     if (editor::Editor::current() == m_editor.get()) editor::Editor::setCurrent(nullptr);
     if (g_current == this) g_current = nullptr;
@@ -116,6 +118,7 @@ bool Session::loadModules() {
 OxDbDatabase* Session::database() const { return m_db.get(); }
 
 void Session::adoptDrawing(std::unique_ptr<OxDbDatabase> db) {
+    editor::selection::forgetDrawing();
     oxdbHostApplicationServices()->setWorkingDatabase(db.get());
     m_db = std::move(db);
 }
@@ -168,8 +171,12 @@ int Session::run() {
         for (const auto& e : m_commands.entries()) names.push_back(e.localName);
         const editor::InputLine line = m_editor->ask(L"\nCommand: ", names);
         if (line.kind == editor::InputLine::End) break;
-        if (line.kind == editor::InputLine::Cancel) continue;
+        if (line.kind == editor::InputLine::Cancel) {
+            editor::selection::clearPreselection();
+            continue;
+        }
         std::wstring text = trimmed(fromUtf8(line.text));
+        if (editor::selection::pickAtCommandPrompt(text)) continue;
         if (text.empty()) {
             // A person at a terminal repeats the last command with Enter; in
             // a script an empty line at "Command: " does nothing.
@@ -246,6 +253,8 @@ void Session::runCommand(const CommandStore::Entry& entry) {
         internalError(entry.globalName + L" left " + std::to_wstring(after.selectionSets - before.selectionSets) +
                       L" selection set(s) unreleased");
     checkAfterCommand(entry.globalName);
+    // A pre-selection serves the next command only.
+    editor::selection::clearPreselection();
 }
 
 void Session::checkAfterCommand(const std::wstring& name) {

@@ -48,6 +48,7 @@ OxDbObjectId Store::attach(OxDbObject* obj, const OxDbObjectId& owner, OxDbStub*
     pendingStub = nullptr;
     if (!stub || stub->object) stub = newStub();
     stub->object.reset(obj);
+    stub->cls = obj->isA();
     stub->owner = owner;
     obj->attachStub(stub);
     return OxDbObjectId(stub);

@@ -12,12 +12,13 @@
 #include <unordered_set>
 #include <vector>
 
+#include "HandleIndex.h"
 #include "OxDbDatabase.h"
 #include "OxDbLayerStateManager.h" // complete types for the Impl's unique_ptr members
 #include "OxDbObject.h"
 #include "OxDbObjectId.h"
-#include "HandleIndex.h"
 #include "OxDbServices.h"
+#include "OxRx.h"
 
 class OxDbLayoutManager;
 
@@ -25,14 +26,25 @@ class OxDbStub : public OxDbStubHeader {
 public:
     std::unique_ptr<OxDbObject> object; // null for a handle referred to before its object exists
     OxDbObjectId owner;
+    // The runtime class of `object` (set with it, never changed), so that
+    // checking what a reference leads to needs no look at the object.
+    const OxRxClass* cls = nullptr;
     std::uint32_t readers = 0;
+    std::uint32_t openSlot = 0xFFFFFFFFu; // position in Store::open while open
     bool writer = false;
     bool erased = false;
-    bool modified = false;                // changed since it was made resident
-    std::uint32_t openSlot = 0xFFFFFFFFu; // position in Store::open while open
+    bool modified = false; // changed since it was made resident
 };
 
 namespace pavo::db {
+
+// Whether `stub` holds an object of class `cls` or of a class derived from it.
+inline bool holdsKindOf(const OxDbStub* stub, const OxRxClass* cls) {
+    if (!stub || !stub->object) return false;
+    for (const OxRxClass* c = stub->cls; c; c = c->myParent())
+        if (c == cls) return true;
+    return false;
+}
 
 // A misuse of the database by a caller (a setter on an object not open for
 // write, an open never closed); collected and reported after each command.
@@ -94,8 +106,8 @@ struct OxDbDatabase::Impl {
     pavo::db::Store store;
 
     OxDbObjectId layerTable, linetypeTable, blockTable;
-    OxDbObjectId namedObjects, layoutDictionary, plotSettingsDictionary, plotStyleNameDictionary,
-        layerStatesDictionary, materialDictionary;
+    OxDbObjectId namedObjects, layoutDictionary, plotSettingsDictionary, plotStyleNameDictionary, layerStatesDictionary,
+        materialDictionary;
     OxDbObjectId layerZero, byLayerLinetype, byBlockLinetype, continuousLinetype;
     OxDbObjectId byLayerMaterial, byBlockMaterial, globalMaterial;
     OxDbObjectId modelSpace;

@@ -15,8 +15,8 @@ Ox::ErrorStatus OxDbEntity::setLayer(const OxDbObjectId& layerId, bool) {
     if (layerId.isErased()) return Ox::eWasErased;
     // An id whose object is not read yet (a drawing being loaded) is taken
     // as it is; anything else must be a layer.
-    if (const OxDbObject* target = objectOf(layerId); target && !OxDbLayerTableRecord::cast(target))
-        return Ox::eInvalidLayer;
+    const OxDbStub* target = layerId.stub();
+    if (target->object && !holdsKindOf(target, OxDbLayerTableRecord::desc())) return Ox::eInvalidLayer;
     return assignIf(writeCheck(), m_layer, layerId);
 }
 

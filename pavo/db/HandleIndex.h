@@ -19,6 +19,14 @@ public:
         return it == m_sparse.end() ? nullptr : it->second;
     }
     bool contains(std::uint64_t handle) const { return find(handle) != nullptr; }
+    // Where the stub of a dense handle is kept (null for the others), for
+    // fetching it into the cache ahead of use.
+    const void* denseSlot(std::uint64_t handle) const { return handle < m_dense.size() ? &m_dense[handle] : nullptr; }
+    // The stub of a dense handle, without looking further (null when none).
+    OxDbStub* findDense(std::uint64_t handle) const { return handle < m_dense.size() ? m_dense[handle] : nullptr; }
+    // Room for handles below `handles` without moving the index (a reader
+    // that knows the drawing's handle seed).
+    void reserve(std::uint64_t handles) { m_dense.reserve(static_cast<std::size_t>(handles)); }
     // `stub` must not be null and `handle` not yet present.
     void insert(std::uint64_t handle, OxDbStub* stub, std::size_t stubCount) {
         // Dense while the vector stays within a few times the number of

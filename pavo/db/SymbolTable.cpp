@@ -25,9 +25,11 @@ OxDbStub* OxDbSymbolTable::Impl::findErased(std::wstring_view name) const {
     return nullptr;
 }
 
-void OxDbSymbolTable::Impl::insert(OxDbStub* stub) {
+void OxDbSymbolTable::Impl::insert(OxDbStub* stub) { insert(stub, pavo::foldCase(recordName(stub))); }
+
+void OxDbSymbolTable::Impl::insert(OxDbStub* stub, std::wstring foldedName) {
     records.push_back(stub);
-    byName.emplace(pavo::foldCase(recordName(stub)), stub);
+    byName.emplace(std::move(foldedName), stub);
     ++live;
 }
 
@@ -105,17 +107,20 @@ Ox::ErrorStatus OxDbSymbolTable::add(OxDbObjectId& id, OxDbSymbolTableRecord* re
         es = Ox::eNotThatKindOfClass;
     else if (!writeCheck())
         es = Ox::eNotOpenForWrite;
-    else if ((es = checkRecordName(*this, record->getName())) != Ox::eOk)
-        ;
-    else if (m_impl->find(record->name().view()))
-        es = Ox::eDuplicateRecordName;
+    else
+        es = checkRecordName(*this, record->getName());
+    std::wstring foldedName; // folded once for the lookup and the index
+    if (es == Ox::eOk) {
+        foldedName = pavo::foldCase(record->name().view());
+        if (m_impl->byName.count(foldedName)) es = Ox::eDuplicateRecordName;
+    }
     if (es != Ox::eOk) {
         if (db) db->impl()->store.pendingStub = nullptr; // the reader's handle is not used
         return es;
     }
     if (auto* layer = OxDbLayerTableRecord::cast(record)) applyNewLayerDefaults(db, layer);
     id = makeResidentForWrite(db, record, objectId());
-    m_impl->insert(id.stub());
+    m_impl->insert(id.stub(), std::move(foldedName));
     return Ox::eOk;
 }
 

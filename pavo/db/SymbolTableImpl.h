@@ -20,6 +20,8 @@ struct OxDbSymbolTable::Impl {
     OxDbStub* findErased(std::wstring_view name) const;
     // Lists a record that was just made resident.
     void insert(OxDbStub* stub);
+    // The same, its name already case-folded (`foldedName`).
+    void insert(OxDbStub* stub, std::wstring foldedName);
     // Keeps the index when a record is erased or unerased;
     // eDuplicateRecordName when unerasing a name taken meanwhile.
     Ox::ErrorStatus onErase(OxDbStub* stub, bool erasing);

@@ -171,6 +171,12 @@ int Editor::getInt(const wchar_t* prompt, int& result) {
     return status;
 }
 
+std::pair<int, KeywordList> Editor::takeInitGet() {
+    Pending pending = takePending();
+    m_lastKeywords = pending.keywords;
+    return {pending.flags, std::move(pending.keywords)};
+}
+
 int Editor::getInput(OxString& result) const {
     result = m_lastInput;
     return STATUS_NORMAL;

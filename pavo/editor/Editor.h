@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Input.h"
@@ -44,6 +45,12 @@ public:
     int getReal(const wchar_t* prompt, double& result);
     int getInt(const wchar_t* prompt, int& result);
     int getInput(OxString& result) const;
+
+    // For the pick and selection prompts, which read answers themselves: the
+    // pending oxedInitGet flags and keywords (taken, as every input call
+    // takes them), and the answer that oxedGetInput reports afterwards.
+    std::pair<int, KeywordList> takeInitGet();
+    void setLastInput(const OxString& text) { m_lastInput = text; }
 
     // ERRNO, set by the pick functions.
     int errorNumber() const;

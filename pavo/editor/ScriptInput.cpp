@@ -9,10 +9,12 @@ namespace {
 
 // One script line as an answer: "^C" is Escape, a trailing "\r" from a file
 // written on another system is not part of the answer.
-InputLine answerFromLine(std::string line) {
+InputLine answerFromLine(std::string& line) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (line == "^C") return {InputLine::Cancel, {}};
-    return {InputLine::Text, std::move(line)};
+    InputLine answer;
+    answer.kind = line == "^C" ? InputLine::Cancel : InputLine::Text;
+    if (answer.kind == InputLine::Text) answer.text = std::move(line);
+    return answer;
 }
 
 class StreamInput : public InputSource {
@@ -25,7 +27,7 @@ public:
         if (!m_stream || !std::getline(*m_stream, line)) return InputLine{};
         if (m_firstLine && line.starts_with("\xEF\xBB\xBF")) line.erase(0, 3); // byte order mark
         m_firstLine = false;
-        return answerFromLine(std::move(line));
+        return answerFromLine(line);
     }
     bool isTerminal() const override { return false; }
     bool echoes() const override { return true; }
@@ -43,9 +45,10 @@ public:
 
     InputLine read(const std::wstring&, const std::vector<std::wstring>&) override {
         if (m_lines.empty()) return InputLine{};
-        std::string line = std::move(m_lines.front());
+        std::string line;
+        line.swap(m_lines.front());
         m_lines.pop_front();
-        return answerFromLine(std::move(line));
+        return answerFromLine(line);
     }
     bool isTerminal() const override { return false; }
     bool echoes() const override { return true; }

@@ -164,7 +164,11 @@ private:
             case 11:
                 return deferredRef(value, m_ctx.layout, m_ctab, true);
             case 12:
-                return m_ctx.handle(value, m_handseed, false, isNull);
+                if (!m_ctx.handle(value, m_handseed, false, isNull)) return false;
+                // Nearly every handle below the seed will be used. An object
+                // takes a dozen bytes of text at least, which bounds a wild seed.
+                m_ctx.store.byHandle.reserve(std::min<std::uint64_t>(m_handseed, m_ctx.textSize() / 12));
+                return true;
             default:
                 return false;
             }

@@ -97,10 +97,10 @@ KindRule ruleOf(EntityType type) {
 // An attribute of a block reference: no "t", text keys and a tag.
 constexpr KindRule kAttributeRule{(kCommon & ~bit(kT)) | kTextKeys | bits(kTag), bits(kH, kP, kTag)};
 
-struct EntityFields {
+// The plain values of an entity being read, reset as one block per entity.
+struct EntityValues {
     std::uint64_t seen = 0;
     const char* at = nullptr;
-    const char* keyAt[kKeyCount] = {};
     EntityType type = EntityType::Unknown;
     OxDbStub* stub = nullptr;
     OxDbObjectId layer, linetype, plotStyle, material, block;
@@ -114,24 +114,26 @@ struct EntityFields {
     OxGeScale3d sc;
     long long n = 0;
     bool inv = false, closed = false, off = false, lock = false;
+    std::size_t attribCount = 0;
+};
+
+struct EntityFields : EntityValues {
+    const char* keyAt[kKeyCount]; // set for the keys in `seen`
     OxString txt, tag, prompt;
     std::vector<OxDbPolyline::Vertex> vertices;
     OxDbObjectIdArray frozen;
     std::vector<EntityFields> attribs;
-    std::size_t attribCount = 0;
 
+    // Empties the fields for the next entity, keeping the buffers of the
+    // strings and lists.
     void reset(const char* start) {
-        // Keep the buffers of the strings and lists; reset everything else.
-        std::vector<OxDbPolyline::Vertex> keepVertices = std::move(vertices);
-        std::vector<EntityFields> keepAttribs = std::move(attribs);
-        OxString keepTxt = std::move(txt);
-        *this = EntityFields();
-        vertices = std::move(keepVertices);
-        vertices.clear();
-        attribs = std::move(keepAttribs);
-        txt = std::move(keepTxt);
-        txt.setEmpty();
+        static_cast<EntityValues&>(*this) = EntityValues();
         at = start;
+        txt.setEmpty();
+        tag.setEmpty();
+        prompt.setEmpty();
+        vertices.clear();
+        frozen.removeAll();
     }
 };
 
@@ -143,6 +145,7 @@ struct EntityReader::Impl {
     bool read(sj::value& v, OxDbBlockTableRecord& block) {
         EntityFields& f = m_fields;
         f.reset(JsonIn::where(v));
+        m_ctx.prefetchAhead(f.at);
         if (!parse(v, f, "an entity")) return false;
         if (!f.seen || !(f.seen & bit(kT))) return m_ctx.fail(f.at, "an entity needs the key \"t\"");
         const KindRule rule = ruleOf(f.type);
@@ -168,6 +171,7 @@ struct EntityReader::Impl {
                                 "the key \"" + std::string(name) + "\" does not belong to " +
                                     (kind == "attribute" ? std::string("an attribute") : "a " + std::string(kind)));
         }
+        if (!(required & ~f.seen)) return true; // the message below is made only when needed
         return m_ctx.requireKeys(f.seen, required, entityKeys(), "a " + std::string(kind), f.at);
     }
 
@@ -321,16 +325,21 @@ struct EntityReader::Impl {
         });
     }
 
+    // A property left out of the file keeps the value a new entity has,
+    // which is the documented default: only those given are set.
     bool common(OxDbEntity& e, const EntityFields& f) {
         const ReadContext& c = m_ctx;
-        const bool ok =
-            e.setLayer(f.seen & bit(kL) ? f.layer : c.impl.layerZero) == Ox::eOk && e.setColor(f.color) == Ox::eOk &&
-            e.setLinetype(f.seen & bit(kLt) ? f.linetype : c.impl.byLayerLinetype) == Ox::eOk &&
-            e.setLinetypeScale(f.lts) == Ox::eOk && e.setLineWeight(f.lineWeight) == Ox::eOk &&
-            e.setPlotStyleName(static_cast<OxDb::PlotStyleNameType>(f.plotStyleType), f.plotStyle) == Ox::eOk &&
-            e.setTransparency(f.transparency) == Ox::eOk &&
-            e.setMaterial(f.seen & bit(kM) ? f.material : c.impl.byLayerMaterial) == Ox::eOk &&
-            e.setVisibility(!f.inv) == Ox::eOk;
+        auto given = [&](Key key) { return (f.seen & bit(key)) != 0; };
+        const bool ok = e.setLayer(given(kL) ? f.layer : c.impl.layerZero) == Ox::eOk &&
+                        (!given(kC) || e.setColor(f.color) == Ox::eOk) &&
+                        e.setLinetype(given(kLt) ? f.linetype : c.impl.byLayerLinetype) == Ox::eOk &&
+                        (!given(kLts) || e.setLinetypeScale(f.lts) == Ox::eOk) &&
+                        (!given(kLw) || e.setLineWeight(f.lineWeight) == Ox::eOk) &&
+                        (!given(kPs) || e.setPlotStyleName(static_cast<OxDb::PlotStyleNameType>(f.plotStyleType),
+                                                           f.plotStyle) == Ox::eOk) &&
+                        (!given(kTr) || e.setTransparency(f.transparency) == Ox::eOk) &&
+                        e.setMaterial(given(kM) ? f.material : c.impl.byLayerMaterial) == Ox::eOk &&
+                        (!given(kInv) || e.setVisibility(!f.inv) == Ox::eOk);
         return ok || m_ctx.fail(f.at, "the database refused the entity's properties");
     }
 
@@ -419,7 +428,7 @@ struct EntityReader::Impl {
     }
 
     ReadContext& m_ctx;
-    EntityFields m_fields;
+    EntityFields m_fields = EntityFields(); // value-initialized: keyAt starts null
 };
 
 EntityReader::EntityReader(ReadContext& ctx) : m_impl(std::make_unique<Impl>(ctx)) {}

@@ -54,7 +54,8 @@ void appendPointerToken(std::string& out, std::string_view key) {
 
 std::string JsonIn::pointer() const {
     std::string out;
-    for (const auto& segment : m_path) {
+    for (std::size_t i = 0; i < m_depth; ++i) {
+        const Segment& segment = m_path[i];
         out += '/';
         if (segment.index >= 0)
             out += std::to_string(segment.index);
@@ -168,7 +169,21 @@ bool JsonIn::boolean(sj::value& v, bool& out) {
     return true;
 }
 
+bool JsonIn::plainString(sj::value& v, std::string_view& out) {
+    const std::string_view token = v.raw_json_token();
+    if (token.empty() || token.front() != '"') return false;
+    // The parser has checked that the string is closed and valid UTF-8.
+    const char* begin = token.data() + 1;
+    const char* end = begin;
+    while (*end != '"' && *end != '\\')
+        ++end;
+    if (*end != '"') return false;
+    out = std::string_view(begin, static_cast<std::size_t>(end - begin));
+    return true;
+}
+
 bool JsonIn::utf8(sj::value& v, std::string_view& out) {
+    if (plainString(v, out)) return true;
     if (v.get_string().get(out)) return typeError(v, "a string");
     return true;
 }
@@ -313,7 +328,7 @@ bool JsonIn::handle(sj::value& v, std::uint64_t& out, bool nullable, bool& isNul
         }
     }
     std::string_view s;
-    if (v.get_string().get(s))
+    if (!plainString(v, s) && v.get_string().get(s))
         return typeError(v, nullable ? "a handle (a hexadecimal string) or null" : "a handle (a hexadecimal string)");
     return handleFromText(s, where(v), out);
 }

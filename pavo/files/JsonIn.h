@@ -51,6 +51,7 @@ public:
     std::string pointerWith(std::string_view key) const;
     static const char* where(sj::value& v) { return v.raw_json_token().data(); }
     const char* end() const { return m_end; }
+    std::size_t textSize() const { return static_cast<std::size_t>(m_end - m_begin); }
 
     // Walks an object: `fn(keyIndex, value)` for each key, refusing unknown
     // and repeated keys. `seen` gets one bit per key index.
@@ -88,13 +89,21 @@ public:
     bool requireKeys(std::uint64_t seen, std::uint64_t required, const KeyTable& keys, std::string_view what,
                      const char* at);
 
+private:
     struct Segment {
         std::string_view key;
         long index = -1;
     };
-    std::vector<Segment>& path() { return m_path; }
-
-private:
+    // The path is a stack that keeps its slots, so that walking into a
+    // value costs no allocation.
+    void enter(std::string_view key, long index) {
+        if (m_depth == m_path.size()) m_path.emplace_back();
+        m_path[m_depth++] = Segment{key, index};
+    }
+    void leave() { --m_depth; }
+    // The text of a string without escapes, read in place; false when the
+    // value is something else or has escapes (then simdjson unescapes it).
+    static bool plainString(sj::value& v, std::string_view& out);
     void locate(const char* at);
     const char* m_begin;
     const char* m_end;
@@ -102,6 +111,7 @@ private:
     LoadError& m_error;
     bool m_failed = false;
     std::vector<Segment> m_path;
+    std::size_t m_depth = 0;
     const char* m_keyAt = nullptr;
 };
 
@@ -111,8 +121,14 @@ bool JsonIn::fields(sj::object object, const KeyTable& keys, std::string_view wh
         sj::field field;
         if (auto e = std::move(result).get(field)) return failJson(e);
         const char* keyAt = field.key().raw() - 1; // before unescaping, which consumes the key
-        std::string_view key;
-        if (auto e = field.unescaped_key().get(key)) return failJson(e);
+        // Keys are nearly always plain: compare them in place rather than
+        // copy each into simdjson's string buffer.
+        const char* keyEnd = keyAt + 1;
+        while (*keyEnd != '"' && *keyEnd != '\\')
+            ++keyEnd;
+        std::string_view key(keyAt + 1, static_cast<std::size_t>(keyEnd - keyAt - 1));
+        if (*keyEnd != '"')
+            if (auto e = field.unescaped_key().get(key)) return failJson(e);
         const int index = keys.find(key);
         m_keyAt = keyAt;
         if (index < 0)
@@ -122,9 +138,9 @@ bool JsonIn::fields(sj::object object, const KeyTable& keys, std::string_view wh
             return failAt(pointerWith(key), keyAt,
                           "duplicate key \"" + std::string(key) + "\" in " + std::string(what));
         seen |= bit;
-        m_path.push_back({keys.name(index), -1});
+        enter(keys.name(index), -1);
         if (!fn(index, field.value())) return false;
-        m_path.pop_back();
+        leave();
     }
     return true;
 }
@@ -136,9 +152,9 @@ template <class Fn> bool JsonIn::items(sj::value& v, Fn&& fn) {
     for (auto result : array) {
         sj::value item;
         if (auto e = std::move(result).get(item)) return failJson(e);
-        m_path.push_back({{}, index});
+        enter({}, index);
         if (!fn(item)) return false;
-        m_path.pop_back();
+        leave();
         ++index;
     }
     return true;

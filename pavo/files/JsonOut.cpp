@@ -1,43 +1,50 @@
 #include "files/JsonOut.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 
 namespace pavo::files {
 
-void JsonOut::key(std::string_view name) {
-    if (!m_first) m_text.push_back(',');
-    m_first = false;
-    m_text.push_back('"');
-    m_text.append(name);
-    m_text.append("\":");
+namespace {
+
+// The buffer is made ready for writing a slice at a time, so that memory
+// is touched only as the text grows, however much was reserved.
+constexpr std::size_t kSlice = std::size_t(1) << 20;
+
+} // namespace
+
+void JsonOut::grow(std::size_t bytes) {
+    const std::size_t used = m_pos ? static_cast<std::size_t>(m_pos - m_text.data()) : 0;
+    m_text.resize(used + std::max(bytes, kSlice)); // doubles the capacity when it must
+    m_pos = m_text.data() + used;
+    m_end = m_text.data() + m_text.size();
 }
 
-void JsonOut::open(char bracket) {
-    m_text.push_back(bracket);
+void JsonOut::reserve(std::size_t bytes) {
+    const std::size_t used = static_cast<std::size_t>(m_pos - m_text.data());
+    m_text.reserve(bytes); // may move the text
+    m_pos = m_text.data() + used;
+    m_end = m_text.data() + m_text.size();
+}
+
+std::string JsonOut::take() {
+    m_text.resize(static_cast<std::size_t>(m_pos - m_text.data()));
+    std::string out = std::move(m_text);
+    m_text = std::string();
+    m_pos = m_end = nullptr;
     m_first = true;
-}
-
-void JsonOut::close(char bracket) {
-    m_text.push_back(bracket);
-    m_first = false;
-}
-
-void JsonOut::item() {
-    if (!m_first) m_text.push_back(',');
-    m_first = false;
-}
-
-void JsonOut::breakLine(int indent) {
-    if (!m_first) m_text.push_back(',');
-    m_first = true;
-    newline(indent);
+    grow(0);
+    return out;
 }
 
 void JsonOut::newline(int indent) {
-    m_text.push_back('\n');
-    m_text.append(static_cast<std::size_t>(indent), ' ');
+    const auto blanks = static_cast<std::size_t>(std::max(indent, 0));
+    ensure(blanks + 1);
+    *m_pos++ = '\n';
+    std::memset(m_pos, ' ', blanks);
+    m_pos += blanks;
 }
 
 void JsonOut::number(double v) {
@@ -45,94 +52,117 @@ void JsonOut::number(double v) {
     // largest finite values, so that the file always reads back.
     if (std::isnan(v)) v = 0.0;
     if (std::isinf(v)) v = v > 0 ? std::numeric_limits<double>::max() : -std::numeric_limits<double>::max();
-    char buf[32];
-    auto res = std::to_chars(buf, buf + sizeof buf, v);
-    m_text.append(buf, res.ptr);
+    ensure(32);
+    m_pos = std::to_chars(m_pos, m_end, v).ptr;
 }
 
 void JsonOut::integer(std::int64_t v) {
-    char buf[24];
-    auto res = std::to_chars(buf, buf + sizeof buf, v);
-    m_text.append(buf, res.ptr);
+    ensure(24);
+    m_pos = std::to_chars(m_pos, m_end, v).ptr;
 }
 
 void JsonOut::handle(std::uint64_t h) {
-    char buf[20];
-    auto res = std::to_chars(buf, buf + sizeof buf, h, 16);
-    for (char* p = buf; p != res.ptr; ++p)
-        if (*p >= 'a') *p = static_cast<char>(*p - 'a' + 'A');
-    m_text.push_back('"');
-    m_text.append(buf, res.ptr);
-    m_text.push_back('"');
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    char digits[16];
+    char* first = digits + sizeof digits;
+    do {
+        *--first = kDigits[h & 0xF];
+        h >>= 4;
+    } while (h != 0);
+    const auto count = static_cast<std::size_t>(digits + sizeof digits - first);
+    ensure(count + 2);
+    *m_pos++ = '"';
+    put(std::string_view(first, count));
+    *m_pos++ = '"';
 }
 
 namespace {
 
-void appendEscaped(std::string& out, char32_t c) {
+// Writes `c` escaped at `out` (room for 6 bytes); returns the new end.
+char* putEscaped(char* out, char32_t c) {
     static const char* hex = "0123456789abcdef";
     switch (c) {
     case '"':
-        out.append("\\\"");
-        return;
+        *out++ = '\\';
+        *out++ = '"';
+        return out;
     case '\\':
-        out.append("\\\\");
-        return;
+        *out++ = '\\';
+        *out++ = '\\';
+        return out;
     case '\n':
-        out.append("\\n");
-        return;
+        *out++ = '\\';
+        *out++ = 'n';
+        return out;
     case '\r':
-        out.append("\\r");
-        return;
+        *out++ = '\\';
+        *out++ = 'r';
+        return out;
     case '\t':
-        out.append("\\t");
-        return;
+        *out++ = '\\';
+        *out++ = 't';
+        return out;
     default:
         break;
     }
     if (c < 0x20) {
-        out.append("\\u00");
-        out.push_back(hex[c >> 4]);
-        out.push_back(hex[c & 15]);
-        return;
+        std::memcpy(out, "\\u00", 4);
+        out[4] = hex[c >> 4];
+        out[5] = hex[c & 15];
+        return out + 6;
     }
     if (c >= 0xD800 && c <= 0xDFFF) c = 0xFFFD; // a lone surrogate is no character
     if (c > 0x10FFFF) c = 0xFFFD;
     if (c < 0x80) {
-        out.push_back(static_cast<char>(c));
+        *out++ = static_cast<char>(c);
     } else if (c < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | (c >> 6)));
-        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        *out++ = static_cast<char>(0xC0 | (c >> 6));
+        *out++ = static_cast<char>(0x80 | (c & 0x3F));
     } else if (c < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | (c >> 12)));
-        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        *out++ = static_cast<char>(0xE0 | (c >> 12));
+        *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        *out++ = static_cast<char>(0x80 | (c & 0x3F));
     } else {
-        out.push_back(static_cast<char>(0xF0 | (c >> 18)));
-        out.push_back(static_cast<char>(0x80 | ((c >> 12) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | ((c >> 6) & 0x3F)));
-        out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        *out++ = static_cast<char>(0xF0 | (c >> 18));
+        *out++ = static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+        *out++ = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        *out++ = static_cast<char>(0x80 | (c & 0x3F));
     }
+    return out;
 }
+
+bool isPlain(std::uint32_t c) { return c >= 0x20 && c < 0x80 && c != '"' && c != '\\'; }
 
 } // namespace
 
 void JsonOut::string(std::wstring_view s) {
-    m_text.push_back('"');
-    for (wchar_t ch : s)
-        appendEscaped(m_text, static_cast<char32_t>(static_cast<std::uint32_t>(ch)));
-    m_text.push_back('"');
+    ensure(6 * s.size() + 2);
+    char* out = m_pos;
+    *out++ = '"';
+    for (wchar_t ch : s) {
+        const auto c = static_cast<std::uint32_t>(ch);
+        if (isPlain(c))
+            *out++ = static_cast<char>(c);
+        else
+            out = putEscaped(out, static_cast<char32_t>(c));
+    }
+    *out++ = '"';
+    m_pos = out;
 }
 
 void JsonOut::string(std::string_view utf8) {
-    m_text.push_back('"');
+    ensure(6 * utf8.size() + 2);
+    char* out = m_pos;
+    *out++ = '"';
     for (char ch : utf8) {
-        auto c = static_cast<unsigned char>(ch);
+        const auto c = static_cast<unsigned char>(ch);
         if (c < 0x20 || c == '"' || c == '\\')
-            appendEscaped(m_text, c);
+            out = putEscaped(out, c);
         else
-            m_text.push_back(ch);
+            *out++ = ch;
     }
-    m_text.push_back('"');
+    *out++ = '"';
+    m_pos = out;
 }
 
 } // namespace pavo::files

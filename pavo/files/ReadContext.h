@@ -35,6 +35,10 @@ public:
     bool resolve(std::uint64_t handle, const RefKind& kind, const char* at, OxDbObjectId& id);
     bool checkForwardReferences();
 
+    // Fetches into the cache the stubs that the layer references ("l") of
+    // the next few entities after `position` lead to. A hint only.
+    void prefetchAhead(const char* position);
+
     // A status of the database: false with a message unless eOk.
     bool accepted(Ox::ErrorStatus es, const char* at, std::string_view what);
     // The next object made resident takes `stub`; cleared after a failure.
@@ -49,6 +53,15 @@ private:
         const char* at;
     };
     std::vector<Forward> m_forwards;
+    // prefetchAhead: the text before m_scanned was looked at; the handles
+    // found whose index slots were fetched, waiting to fetch their stubs.
+    struct Pending {
+        std::uint64_t handle;
+        const char* at;
+    };
+    const char* m_scanned = nullptr;
+    Pending m_pending[16];
+    std::size_t m_pendingHead = 0, m_pendingCount = 0;
     std::uint64_t m_lastHandle = 0;
     const RefKind* m_lastKind = nullptr;
     OxDbStub* m_lastStub = nullptr;

@@ -1,0 +1,90 @@
+// The "-LAYER" options on drawings of many layers, driven through a scripted
+// session of the real host and module, output to a null stream:
+//   Freeze "*"            (every layer matched and changed)
+//   "?" with Enter        (every layer listed)
+//   Thaw of 1,000 names   (plain names, no wildcards)
+// Each figure is one whole command run: from the answers to the return.
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+#include "OxDbDatabase.h"
+#include "OxDbSymbolTable.h"
+#include "app/Session.h"
+#include "editor/Input.h"
+
+namespace {
+
+class NullBuffer : public std::streambuf {
+protected:
+    int overflow(int ch) override { return ch; }
+    std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
+};
+
+std::wstring layerName(std::size_t i) { return L"LAYER-" + std::to_wstring(100000000 + i).substr(1); }
+
+void addLayers(OxDbDatabase* db, std::size_t count) {
+    OxDbLayerTable* table = nullptr;
+    if (db->getLayerTable(table, OxDb::kForWrite) != Ox::eOk) return;
+    for (std::size_t i = 0; i < count; ++i) {
+        auto* layer = new OxDbLayerTableRecord();
+        layer->setName(layerName(i).c_str());
+        layer->setLinetypeObjectId(db->continuousLinetype());
+        OxDbObjectId id;
+        if (table->add(id, layer) == Ox::eOk)
+            layer->close();
+        else
+            delete layer;
+    }
+    table->close();
+}
+
+// Runs `answers` in a fresh session on a new drawing with `layers` extra
+// layers; only the run is timed.
+void runScript(benchmark::State& state, const std::vector<std::string>& answers) {
+    const auto layers = static_cast<std::size_t>(state.range(0));
+    NullBuffer nullBuffer;
+    std::ostream nullOut(&nullBuffer);
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto session = std::make_unique<pavo::app::Session>(pavo::app::defaultSessionOptions(PAVO_BENCH_PAVO_EXE),
+                                                            pavo::editor::makeLinesInput(answers), nullOut);
+        if (!session->loadModules()) state.SkipWithError("module not loaded");
+        session->newDrawing();
+        addLayers(session->database(), layers);
+        state.ResumeTiming();
+        if (session->run() != 0) state.SkipWithError("session failed");
+        state.PauseTiming();
+        session.reset();
+        state.ResumeTiming();
+    }
+}
+
+void BM_FreezeAll(benchmark::State& state) { runScript(state, {"-LAYER", "Freeze", "*", ""}); }
+
+void BM_ListAll(benchmark::State& state) { runScript(state, {"-LAYER", "?", "", ""}); }
+
+void BM_ThawThousandPlainNames(benchmark::State& state) {
+    std::string list;
+    const auto layers = static_cast<std::size_t>(state.range(0));
+    for (std::size_t i = 0; i < 1000; ++i) {
+        if (i) list += ',';
+        list += OxString(layerName(i * (layers / 1000))).utf8();
+    }
+    runScript(state, {"-LAYER", "Thaw", list, ""});
+}
+
+} // namespace
+
+BENCHMARK(BM_FreezeAll)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_ListAll)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_ThawThousandPlainNames)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);

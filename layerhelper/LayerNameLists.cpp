@@ -1,0 +1,203 @@
+// Layer name lists: splitting at commas, matching items against the layer
+// table, and checking names for new layers.
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "LayerNameRules.h"
+#include "OxDbDatabase.h"
+#include "OxDbServices.h"
+#include "OxDbSymbolTable.h"
+#include "PavoLayerHelper.h"
+#include "WorkingDatabase.h"
+#include "oxed.h"
+#include "oxmd.h"
+#include "oxut.h"
+
+namespace {
+
+constexpr const wchar_t* kNoMatchMessage = L"\nNo layers found matching pattern %ls. ";
+constexpr std::wstring_view kConstraintsLayer = L"*pavo_constraints";
+
+// Takes the next item off `rest`. A comma at the very start does not split:
+// the whole rest is then one item (so "A,,B" gives "A" and ",B").
+OxString takeItem(OxString& rest) {
+    const int comma = rest.find(L',', 0);
+    OxString item;
+    if (comma <= 0) {
+        item = rest;
+        rest.setEmpty();
+    } else {
+        item = rest.left(comma);
+        rest = rest.mid(comma + 1);
+    }
+    item.trimLeft().trimRight();
+    return item;
+}
+
+bool isConstraintsLayer(std::wstring_view name) {
+    if (name.size() != kConstraintsLayer.size()) return false;
+    for (size_t i = 0; i < name.size(); ++i) {
+        const wchar_t ch = name[i];
+        const wchar_t lower = ch >= L'A' && ch <= L'Z' ? static_cast<wchar_t>(ch - L'A' + L'a') : ch;
+        if (lower != kConstraintsLayer[i]) return false;
+    }
+    return true;
+}
+
+// An item without wildcard syntax names at most one layer, which the table's
+// name index finds without a walk.
+bool isPlainName(const OxString& item) { return item.findOneOf(L"#@.*?~[]`,", 0) < 0; }
+
+struct NamedLayer {
+    OxString name;
+    OxDbObjectId id;
+};
+
+class LayerMatcher {
+public:
+    LayerMatcher(OxDbLayerTable* table, bool exactMode, bool bracketRule)
+        : m_table(table), m_exactMode(exactMode), m_bracketRule(bracketRule) {}
+
+    // Appends the layers `item` names, sorted by name; false when the table
+    // cannot be walked.
+    bool match(const OxString& item, OxArray<OxDbObjectId>& ids) {
+        m_found.clear();
+        if (m_exactMode || isPlainName(item)) {
+            lookUp(item);
+        } else if (!walk(item)) {
+            return false;
+        }
+        if (m_found.empty()) {
+            oxutPrintf(oxmdOxResourceString(10070, kNoMatchMessage), item);
+            return true;
+        }
+        std::sort(m_found.begin(), m_found.end(),
+                  [](const NamedLayer& a, const NamedLayer& b) { return a.name.compare(b.name) < 0; });
+        for (const NamedLayer& layer : m_found)
+            ids.append(layer.id);
+        return true;
+    }
+
+private:
+    // Equal names ignoring case: the name index answers directly.
+    void lookUp(const OxString& item) {
+        OxDbObjectId id;
+        if (m_table->getIdAt(item, id, false) != Ox::eOk) return;
+        OxDbLayerTableRecord* layer = nullptr;
+        if (oxdbOpenObject(layer, id, OxDb::kForRead) != Ox::eOk) return;
+        if (!isConstraintsLayer(layer->name().view())) m_found.push_back({layer->name(), id});
+        layer->close();
+    }
+
+    bool walk(const OxString& item) {
+        OxDbSymbolTableIterator* it = nullptr;
+        if (m_table->newIterator(it) != Ox::eOk || !it) return false;
+        const bool matchesAll = item == L"*";
+        for (; !it->done(); it->step()) {
+            OxDbObjectId id;
+            if (it->getRecordId(id) != Ox::eOk) continue;
+            OxDbLayerTableRecord* layer = nullptr;
+            if (oxdbOpenObject(layer, id, OxDb::kForRead) != Ox::eOk) continue;
+            const OxString& name = layer->name();
+            if (!isConstraintsLayer(name.view())) {
+                const bool hit = matchesAll || oxutWcMatchEx(name.kwszPtr(), item.kwszPtr(), true) ||
+                                 (m_bracketRule && name.compareNoCase(item) == 0);
+                if (hit) m_found.push_back({name, id});
+            }
+            layer->close();
+        }
+        delete it;
+        return true;
+    }
+
+    OxDbLayerTable* m_table;
+    bool m_exactMode;
+    bool m_bracketRule;
+    std::vector<NamedLayer> m_found;
+};
+
+} // namespace
+
+int PavoLayerHelper::getMatchedLayerList(const OxString& list, OxArray<OxDbObjectId>& ids, bool exactMatch) {
+    OxDbDatabase* db = vxlayer::workingDatabase();
+    if (!db) return STATUS_ERROR;
+    ids.setLogicalLength(0);
+    if (list.isEmpty()) return STATUS_ERROR;
+    OxDbLayerTable* table = nullptr;
+    if (db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk || !table) return STATUS_ERROR;
+
+    OxString rest = list;
+    bool exactMode = exactMatch;
+    if (rest.getAt(0) == L'=') {
+        exactMode = true;
+        while (rest.getAt(0) == L'=')
+            rest = rest.mid(1);
+        if (rest.isEmpty()) oxutPrintf(oxmdOxResourceString(10070, kNoMatchMessage), list);
+    }
+    const bool bracketRule = rest.find(L'[', 0) >= 0 || rest.find(L']', 0) >= 0;
+
+    LayerMatcher matcher(table, exactMode, bracketRule);
+    while (!rest.isEmpty()) {
+        const OxString item = takeItem(rest);
+        if (!matcher.match(item, ids)) {
+            table->close();
+            return STATUS_ERROR;
+        }
+    }
+    table->close();
+    return STATUS_NORMAL;
+}
+
+int PavoLayerHelper::getMatchedLTypeList(const OxString& pattern, OxArray<OxDbObjectId>& ids) {
+    OxDbDatabase* db = vxlayer::workingDatabase();
+    if (!db) return STATUS_ERROR;
+    ids.setLogicalLength(0);
+    if (pattern.isEmpty()) return STATUS_ERROR;
+    OxDbLinetypeTable* table = nullptr;
+    if (db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk || !table) return STATUS_ERROR;
+    OxDbSymbolTableIterator* it = nullptr;
+    const bool haveIterator = table->newIterator(it) == Ox::eOk && it;
+    table->close();
+    if (!haveIterator) return STATUS_NORMAL;
+
+    for (; !it->done(); it->step()) {
+        OxDbObjectId id;
+        if (it->getRecordId(id) != Ox::eOk) continue;
+        OxDbLinetypeTableRecord* linetype = nullptr;
+        if (oxdbOpenObject(linetype, id, OxDb::kForRead) != Ox::eOk) continue;
+        const OxString name = linetype->name();
+        linetype->close();
+        if (name.compareNoCase(L"BYLAYER") == 0 || name.compareNoCase(L"BYBLOCK") == 0) continue;
+        if (oxutWcMatchEx(name.kwszPtr(), pattern.kwszPtr(), true)) ids.append(id);
+    }
+    delete it;
+    return STATUS_NORMAL;
+}
+
+int PavoLayerHelper::getValidNewLayerList(const OxString& list, OxArray<OxString>& names, bool allowExisting) {
+    OxDbDatabase* db = vxlayer::workingDatabase();
+    names.setLogicalLength(0);
+    if (!db || list.isEmpty()) return STATUS_ERROR;
+    OxDbLayerTable* table = nullptr;
+    if (db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk || !table) return STATUS_ERROR;
+
+    OxString rest = list;
+    while (!rest.isEmpty()) {
+        const OxString item = takeItem(rest);
+        // A name already too long is reported without asking the host.
+        const int extnames = vxlayer::readExtnames();
+        if (vxlayer::exceedsNameLength(item, extnames) || vxlayer::symbolNameRefused(item)) {
+            oxutPrintf(oxmdOxResourceString(10071, L"\n\"%ls\" is an invalid layer name."), item);
+            continue;
+        }
+        OxDbObjectId existing;
+        if (allowExisting || table->getIdAt(item, existing, false) != Ox::eOk)
+            names.append(item);
+        else
+            oxutPrintf(oxmdOxResourceString(10072, L"\nLayer %ls already exists."), item);
+    }
+    table->close();
+    return STATUS_NORMAL;
+}

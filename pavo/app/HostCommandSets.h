@@ -1,0 +1,16 @@
+// Groups of host commands kept in files of their own; registerHostCommands
+// hands each group its way of adding a command.
+#pragma once
+
+#include <functional>
+
+namespace pavo::app {
+
+using AddHostCommand = std::function<void(const wchar_t* name, const wchar_t* description, std::function<int()> run)>;
+
+// SELECT and LIST.
+void registerSelectionCommands(const AddHostCommand& add);
+// LINE, CIRCLE, TEXT and INSERT.
+void registerDrawingCommands(const AddHostCommand& add);
+
+} // namespace pavo::app

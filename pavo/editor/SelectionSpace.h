@@ -1,0 +1,70 @@
+// What a user can pick: the entities of the working database's current
+// space, less those on off or frozen layers, invisible ones, those frozen in
+// the viewport the user works in, and the layout's own sheet viewport.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "OxDbObjectId.h"
+#include "OxGe.h"
+#include "resbuf.h"
+
+class OxDbDatabase;
+class OxDbEntity;
+
+namespace pavo::editor::selection {
+
+// The type name of an entity in selection filters ("LINE", "INSERT", ...).
+std::wstring entityTypeName(const OxDbEntity& entity);
+
+// The RTDXF0 (5020) entries of a filter list: an entity passes when its type
+// name matches one of them (each may be a wildcard pattern). Other codes are
+// ignored; no entry lets everything pass.
+class TypeFilter {
+public:
+    TypeFilter() = default;
+    explicit TypeFilter(const resbuf* list);
+    bool accepts(const OxDbEntity& entity) const;
+
+private:
+    std::vector<std::wstring> m_patterns;
+};
+
+class PickableSpace {
+public:
+    // The working database's current space; empty without a database.
+    PickableSpace();
+    explicit PickableSpace(OxDbDatabase* db);
+
+    bool isPickable(const OxDbObjectId& id, const TypeFilter& filter = {}) const;
+    // Pickable entities in drawing order (the last one is drawn on top).
+    std::vector<OxDbObjectId> entities(const TypeFilter& filter = {}) const;
+    // The topmost pickable entity within `pickbox` of `point`.
+    std::optional<OxDbObjectId> at(const OxGePoint3d& point, double pickbox, const TypeFilter& filter = {}) const;
+    // Entities whose extents lie inside the window (`crossing`: or cross it).
+    std::vector<OxDbObjectId> inWindow(const OxGePoint3d& corner1, const OxGePoint3d& corner2, bool crossing,
+                                       const TypeFilter& filter = {}) const;
+
+private:
+    // Calls `visit` for each pickable entity (open for read during the call).
+    void forEach(const TypeFilter& filter, const std::function<void(const OxDbEntity&)>& visit) const;
+    bool entityPickable(const OxDbEntity& entity) const;
+    bool layerPickable(const OxDbObjectId& layerId) const;
+
+    OxDbDatabase* m_db = nullptr;
+    OxDbObjectId m_space;
+    OxDbObjectIdArray m_frozenInViewport;
+    mutable std::unordered_map<OxDbObjectId, bool> m_layerCache;
+};
+
+// The viewport the user works in (a layout's model-space viewport); null in
+// model space and in a layout's paper space.
+OxDbObjectId currentModelViewport(OxDbDatabase& db);
+// The viewports of the current layout (null layout in model space).
+OxDbObjectIdArray currentLayoutViewports(OxDbDatabase& db, OxDbObjectId* activeViewport = nullptr);
+
+} // namespace pavo::editor::selection
