@@ -19,6 +19,8 @@
 #include "OxGe.h"
 #include "OxRx.h"
 #include "OxString.h"
+#include "PavoAcquireInput.h"
+#include "PavoPlotStyles.h"
 #include "PavoServices.h"
 #include "oxed.h"
 #include "oxedSelection.h"
