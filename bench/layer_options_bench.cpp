@@ -3,6 +3,9 @@
 //   Freeze "*"            (every layer matched and changed)
 //   "?" with Enter        (every layer listed)
 //   Thaw of 1,000 names   (plain names, no wildcards)
+//   Color "*"             (every layer coloured, and turned on)
+//   stAte Save            (every layer recorded in a new layer state)
+//   restoreLayerState     (the database call alone, every layer changed back)
 // Each figure is one whole command run: from the answers to the return.
 #include <benchmark/benchmark.h>
 
@@ -13,6 +16,7 @@
 #include <vector>
 
 #include "OxDbDatabase.h"
+#include "OxDbLayerStateManager.h"
 #include "OxDbSymbolTable.h"
 #include "app/Session.h"
 #include "editor/Input.h"
@@ -78,8 +82,39 @@ void BM_ThawThousandPlainNames(benchmark::State& state) {
     runScript(state, {"-LAYER", "Thaw", list, ""});
 }
 
+void BM_ColorAll(benchmark::State& state) { runScript(state, {"-LAYER", "Color", "1", "*", ""}); }
+
+void BM_SaveLayerState(benchmark::State& state) { runScript(state, {"-LAYER", "stAte", "Save", "S", "", "", ""}); }
+
+// Saves a state, changes every layer, then times only the restore.
+void BM_RestoreLayerState(benchmark::State& state) {
+    const auto layers = static_cast<std::size_t>(state.range(0));
+    NullBuffer nullBuffer;
+    std::ostream nullOut(&nullBuffer);
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto session = std::make_unique<pavo::app::Session>(
+            pavo::app::defaultSessionOptions(PAVO_BENCH_PAVO_EXE),
+            pavo::editor::makeLinesInput({"-LAYER", "Color", "3", "*", ""}), nullOut);
+        if (!session->loadModules()) state.SkipWithError("module not loaded");
+        session->newDrawing();
+        addLayers(session->database(), layers);
+        OxDbLayerStateManager* states = session->database()->getLayerStateManager();
+        if (states->saveLayerState(L"S", OxDbLayerStateManager::kAll) != Ox::eOk) state.SkipWithError("not saved");
+        if (session->run() != 0) state.SkipWithError("session failed");
+        state.ResumeTiming();
+        if (states->restoreLayerState(L"S") != Ox::eOk) state.SkipWithError("not restored");
+        state.PauseTiming();
+        session.reset();
+        state.ResumeTiming();
+    }
+}
+
 } // namespace
 
+BENCHMARK(BM_ColorAll)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_SaveLayerState)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_RestoreLayerState)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_FreezeAll)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_ListAll)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_ThawThousandPlainNames)

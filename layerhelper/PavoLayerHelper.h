@@ -1,5 +1,6 @@
 // Shared layer operations of the layer commands: name cleaning and checks,
-// name lists with wildcards, layer creation and the current layer.
+// name lists with wildcards, layer creation and the current layer, valid
+// lineweights and usable plot style names.
 #pragma once
 
 #include "OxArray.h"
@@ -37,4 +38,21 @@ public:
     // Makes `id` the current layer (turning it on); false with a message when
     // the layer is frozen or belongs to an external reference.
     static bool setCurrentLayer(OxDbDatabase* db, const OxDbObjectId& id);
+
+    // Bits of isValidLineWeight's `flags`: which special values count.
+    enum SpecialLineWeights : int { kAcceptByLayer = 1, kAcceptByBlock = 2, kAcceptDefault = 4 };
+    // True for one of the 24 standard lineweights (hundredths of a mm), or
+    // for -1 / -2 / -3 when their bit is set in `flags`. No rounding.
+    static bool isValidLineWeight(int lineWeight, int flags);
+
+    // Appends the plot style names the drawing can use: the first entry of
+    // its plot style name dictionary, then the styles of the active layout's
+    // plot style table. STATUS_NORMAL, or STATUS_ERROR (nothing appended)
+    // with colour-dependent plot styles or when the dictionary is missing.
+    static int getAllPlotStyleName(OxArray<OxString>& names);
+    // True when getAllPlotStyleName lists `name`, letter case ignored.
+    static bool isValidPlotStyleName(const wchar_t* name);
+    // The plot style name entry `name` of `db`, added when missing; null
+    // when the dictionary cannot be opened for write.
+    static OxDbObjectId createPlotStye(const wchar_t* name, OxDbDatabase* db);
 };

@@ -3,6 +3,7 @@
 #include "OxDbEntity.h"
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
+#include "layerhelper/HostVariables.h"
 #include "layerhelper/PavoLayerHelper.h"
 #include "oxed.h"
 #include "oxedSelection.h"
@@ -57,6 +58,21 @@ int layerNamesOfSelection(OxString& names) {
 int askYesNo(const wchar_t* keywords, const wchar_t* prompt, OxString& answer) {
     oxedInitGet(0, keywords);
     return oxedGetKword(prompt, answer);
+}
+
+OxString currentLayerName() {
+    OxString name;
+    readStringVariable(L"CLAYER", name);
+    return name;
+}
+
+int askTargetLayers(IPavoBuildInCommandContext* ctx, const wchar_t* prompt, const OxString& currentLayer,
+                    OxArray<OxDbObjectId>& ids) {
+    ids.setLogicalLength(0);
+    OxString list;
+    const int status = askLayerNames(ctx, prompt, list);
+    if (status != STATUS_NORMAL) return status;
+    return PavoLayerHelper::getMatchedLayerList(list.isEmpty() ? currentLayer : list, ids, false);
 }
 
 } // namespace vxlayer

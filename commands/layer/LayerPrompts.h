@@ -3,7 +3,11 @@
 #pragma once
 
 #include "IPavoCommand.h"
+#include "OxArray.h"
+#include "OxDbObjectId.h"
+#include "OxDbSymbolTable.h"
 #include "OxString.h"
+#include "PavoServices.h"
 
 namespace vxlayer {
 
@@ -20,5 +24,35 @@ int layerNamesOfSelection(OxString& names);
 // Asks a Yes/No question with the keyword list `keywords`; STATUS_NORMAL
 // with the global keyword, or the question's code.
 int askYesNo(const wchar_t* keywords, const wchar_t* prompt, OxString& answer);
+
+// The CLAYER variable; empty when it cannot be read.
+OxString currentLayerName();
+
+// Asks `prompt` for a name list of layers (Enter: `currentLayer`) and
+// matches it. STATUS_NORMAL with the ids (possibly none), or the code of the
+// prompt or of the match.
+int askTargetLayers(IPavoBuildInCommandContext* ctx, const wchar_t* prompt, const OxString& currentLayer,
+                    OxArray<OxDbObjectId>& ids);
+
+// Opens each layer for write, applies `change` and closes it; layers that
+// cannot be opened are skipped.
+template <class Change> void changeLayers(const OxArray<OxDbObjectId>& ids, Change change) {
+    for (const OxDbObjectId& id : ids) {
+        OxDbLayerTableRecord* layer = nullptr;
+        if (oxdbOpenObject(layer, id, OxDb::kForWrite) != Ox::eOk) continue;
+        change(*layer);
+        layer->close();
+    }
+}
+
+// Held while a listing is written: the text screen is brought forward and
+// the listing's lines kept together.
+class TextScreenListing {
+public:
+    TextScreenListing() { PavoServicesManager::showTextScreen(); }
+
+private:
+    PavoConsoalCtrlTypeAutoHandle m_together;
+};
 
 } // namespace vxlayer

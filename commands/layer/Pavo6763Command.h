@@ -4,6 +4,8 @@
 #include "IPavoCommand.h"
 #include "OxString.h"
 
+class OxDbLayerStateManager;
+
 class Pavo6763Command : public IPavoBuildInCommand {
 public:
     int execute(IPavoBuildInCommandContext* ctx) override;
@@ -28,6 +30,8 @@ protected:
     int _branch_delete();
     int _branch_state();
     int _branch_transparency();
+    // Prints which properties a layer state save records (mask bits 0 to 8).
+    void display_layerstate(int mask);
 
     IPavoBuildInCommandContext* m_context = nullptr;
 
@@ -35,4 +39,6 @@ private:
     // Runs the branch of the first table keyword equal to `keyword`
     // (case ignored); a branch marked for it runs again while it rejects.
     void dispatch(const OxString& keyword);
+    // stAte's Save: asks the name and the properties, then saves.
+    int saveLayerStateAsked(OxDbLayerStateManager* states);
 };

@@ -33,17 +33,6 @@ int chooseLayers(IPavoBuildInCommandContext* ctx, const wchar_t* prompt, bool se
     return PavoLayerHelper::getMatchedLayerList(list, ids, exactMatch);
 }
 
-// Opens each layer for write, applies `change` and closes it; layers that
-// cannot be opened are skipped.
-template <class Change> void changeLayers(const OxArray<OxDbObjectId>& ids, Change change) {
-    for (const OxDbObjectId& id : ids) {
-        OxDbLayerTableRecord* layer = nullptr;
-        if (oxdbOpenObject(layer, id, OxDb::kForWrite) != Ox::eOk) continue;
-        change(*layer);
-        layer->close();
-    }
-}
-
 // True when the user confirms turning the current layer off.
 bool confirmCurrentLayerOff(const OxString& currentLayer) {
     OxString prompt;
@@ -60,7 +49,7 @@ int Pavo6763Command::_branch_layer_on() {
     const int status = chooseLayers(
         m_context, oxmdOxResourceString(10080, L"\nEnter the name list of layer(s) to turn On: "), false, ids);
     if (status != STATUS_NORMAL) return status;
-    changeLayers(ids, [](OxDbLayerTableRecord& layer) { layer.setIsOff(false); });
+    vxlayer::changeLayers(ids, [](OxDbLayerTableRecord& layer) { layer.setIsOff(false); });
     return STATUS_NORMAL;
 }
 
@@ -104,7 +93,7 @@ int Pavo6763Command::_branch_layer_freeze() {
     const OxDbObjectId current = db->clayer();
     const OxString refusal =
         oxmdOxResourceString(10100, L"Cannot freeze layer %ls, it is the current layer. Specify a different layer.");
-    changeLayers(ids, [&](OxDbLayerTableRecord& layer) {
+    vxlayer::changeLayers(ids, [&](OxDbLayerTableRecord& layer) {
         if (layer.objectId() == current) {
             OxString message;
             message.format(refusal, layer.name());
@@ -121,7 +110,7 @@ int Pavo6763Command::_branch_layer_thaw() {
     const int status = chooseLayers(
         m_context, oxmdOxResourceString(10099, L"\nEnter the name list of layer(s) to Thaw: "), false, ids);
     if (status != STATUS_NORMAL) return status;
-    changeLayers(ids, [](OxDbLayerTableRecord& layer) { layer.setIsFrozen(false); });
+    vxlayer::changeLayers(ids, [](OxDbLayerTableRecord& layer) { layer.setIsFrozen(false); });
     return STATUS_NORMAL;
 }
 
@@ -132,6 +121,6 @@ int Pavo6763Command::_branch_layer_lock(bool lock) {
     OxArray<OxDbObjectId> ids;
     const int status = chooseLayers(m_context, prompt, true, ids);
     if (status != STATUS_NORMAL) return status;
-    changeLayers(ids, [lock](OxDbLayerTableRecord& layer) { layer.setIsLocked(lock); });
+    vxlayer::changeLayers(ids, [lock](OxDbLayerTableRecord& layer) { layer.setIsLocked(lock); });
     return STATUS_NORMAL;
 }

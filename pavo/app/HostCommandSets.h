@@ -12,5 +12,7 @@ using AddHostCommand = std::function<void(const wchar_t* name, const wchar_t* de
 void registerSelectionCommands(const AddHostCommand& add);
 // LINE, CIRCLE, TEXT and INSERT.
 void registerDrawingCommands(const AddHostCommand& add);
+// LAYERSTATE.
+void registerLayerStateCommands(const AddHostCommand& add);
 
 } // namespace pavo::app

@@ -157,6 +157,7 @@ void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostComm
     });
     registerSelectionCommands(add);
     registerDrawingCommands(add);
+    registerLayerStateCommands(add);
 }
 
 } // namespace pavo::app

@@ -1,0 +1,18 @@
+// The standard lineweights and their inch equivalents, shared by the
+// lineweight check and the commands that read lineweights from users.
+#pragma once
+
+#include <array>
+
+namespace vxlayer {
+
+inline constexpr int kLineWeightCount = 24;
+// Hundredths of a millimetre, ascending.
+inline constexpr std::array<int, kLineWeightCount> kValidLineWeights = {
+    0, 5, 9, 13, 15, 18, 20, 25, 30, 35, 40, 50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
+// The same lineweights in inches, entry for entry.
+inline constexpr std::array<double, kLineWeightCount> kLineWeightInches = {
+    0.0,   0.002, 0.004, 0.005, 0.006, 0.007, 0.009, 0.01,  0.012, 0.014, 0.016, 0.02,
+    0.021, 0.024, 0.028, 0.031, 0.035, 0.039, 0.042, 0.047, 0.055, 0.062, 0.079, 0.083};
+
+} // namespace vxlayer

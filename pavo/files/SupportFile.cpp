@@ -1,0 +1,26 @@
+#include "files/SupportFile.h"
+
+#include <string>
+#include <vector>
+
+#include "OxDbDatabase.h"
+#include "oxed.h"
+
+namespace fs = std::filesystem;
+
+namespace pavo::files {
+
+fs::path findSupportFile(std::wstring_view name, const OxDbDatabase* db) {
+    if (name.empty()) return {};
+    std::error_code ec;
+    if (db && !db->fileName().isEmpty() && !fs::path(name).is_absolute()) {
+        const fs::path candidate = fs::path(db->fileName().str()).parent_path() / fs::path(name);
+        if (fs::is_regular_file(candidate, ec)) return candidate;
+    }
+    std::vector<wchar_t> found(4096);
+    const std::wstring wanted(name);
+    if (oxedFindFile(wanted.c_str(), found.data(), static_cast<int>(found.size())) != STATUS_NORMAL) return {};
+    return fs::path(std::wstring(found.data()));
+}
+
+} // namespace pavo::files
