@@ -38,7 +38,7 @@ unsigned int maskOf(OxDbDatabase* db, const wchar_t* name) {
 struct LayerProps {
     bool off, frozen, locked, plottable;
     OxCmColor color;
-    OxDbObjectId linetype;
+    std::uint64_t linetype; // by handle: the same in a drawing saved and reopened
     int lineWeight;
     std::string plotStyle;
     OxCmTransparency transparency;
@@ -48,7 +48,7 @@ struct LayerProps {
 LayerProps propsOf(OxDbDatabase* db, const wchar_t* name) {
     return readLayer<LayerProps>(db, name, [](const OxDbLayerTableRecord& l) {
         return LayerProps{l.isOff(),       l.isFrozen(),         l.isLocked(),   l.isPlottable(),
-                          l.color(),       l.linetypeObjectId(), l.lineWeight(), l.plotStyleName().utf8(),
+                          l.color(),       l.linetypeObjectId().handle().value(), l.lineWeight(), l.plotStyleName().utf8(),
                           l.transparency()};
     });
 }
