@@ -7,6 +7,7 @@
 #include "OxDbMaterial.h"
 #include "files/DrawingFormat.h"
 #include "files/EntityReader.h"
+#include "files/FileRead.h"
 
 namespace pavo::files {
 namespace {
@@ -32,7 +33,7 @@ enum Section {
 class DrawingReader {
 public:
     DrawingReader(OxDbDatabase& db, std::string_view text, const std::string& fileName, LoadError& error)
-        : m_ctx(db, text, fileName, error), m_entities(m_ctx) {}
+        : m_ctx(db, text, fileName, error), m_fileName(fileName) {}
 
     bool read(const simdjson::padded_string_view& json) {
         static const KeyTable keys{"format",    "version",      "header",     "tables", "dictionaries",
@@ -57,9 +58,10 @@ public:
             last = key;
             if (key > kVersion && (seen & 3) != 3)
                 return m_ctx.fail(at, "a drawing starts with \"format\" and \"version\"");
+            if (key > kBlocks && !endPipeline()) return false;
             return section(key, v, at);
         });
-        if (!ok) return false;
+        if (!endPipeline() || !ok) return false;
         const char* trailing = nullptr;
         if (!doc.current_location().get(trailing) && trailing < m_ctx.end())
             return m_ctx.fail(trailing, "unexpected text after the drawing");
@@ -259,23 +261,7 @@ private:
 
     bool addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* record, const Named& n, const char* what,
                    OxDbObjectId* idOut = nullptr) {
-        std::unique_ptr<OxDbSymbolTableRecord> owned(record);
-        if (record->setName(n.name.kwszPtr()) != Ox::eOk)
-            return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt, "invalid " + std::string(what) + " name");
-        m_ctx.expectStub(n.stub);
-        OxDbObjectId id;
-        const Ox::ErrorStatus es = table.add(id, record);
-        if (es != Ox::eOk) {
-            m_ctx.dropStub();
-            std::string problem =
-                es == Ox::eDuplicateRecordName
-                    ? "duplicate " + std::string(what) + " name \"" + n.name.utf8() + "\" (names ignore letter case)"
-                    : "invalid " + std::string(what) + " name \"" + n.name.utf8() + "\"";
-            return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt, problem);
-        }
-        owned.release()->close();
-        if (idOut) *idOut = id;
-        return true;
+        return m_ctx.addRecord(table, record, n.stub, n.name, n.nameAt, what, idOut);
     }
 
     bool wellKnown(const OxDbObjectId& tableId, const wchar_t* name, OxDbObjectId& out, const char* what) {
@@ -377,150 +363,159 @@ private:
         return true;
     }
 
-    bool layers(sj::value& v) {
-        m_sectionAt = JsonIn::where(v);
-        WriteOpen<OxDbLayerTable> table(m_ctx.impl.layerTable);
-        if (!table) return m_ctx.fail(m_sectionAt, "the layer table cannot be opened");
-        auto ok = m_ctx.items(v, [&](sj::value& item) { return layer(item, *table.get()); });
-        return ok && wellKnown(m_ctx.impl.layerTable, L"0", m_ctx.impl.layerZero, "layer");
+    // ------------------------------------------------------------ layers and blocks
+
+    // Layers and entities are most of a drawing: their JSON is read here
+    // while the builder, on a second thread for a large drawing, makes them
+    // resident. Until it has finished, only it touches the database.
+    EntityPipeline& pipeline() {
+        if (!m_pipeline) {
+            m_builderContext = std::make_unique<ReadContext>(
+                m_ctx.db, std::string_view(m_ctx.begin(), m_ctx.textSize()), m_fileName, m_builderError);
+            m_builder = std::make_unique<EntityBuilder>(*m_builderContext);
+            m_pipeline = std::make_unique<EntityPipeline>(*m_builder, m_ctx.textSize());
+            m_entities = std::make_unique<EntityReader>(m_ctx, *m_pipeline);
+        }
+        return *m_pipeline;
     }
 
-    bool layer(sj::value& item, OxDbLayerTable& table) {
+    // Waits for the builder. Its problem, earlier in the file, wins over one
+    // found here since.
+    bool endPipeline() {
+        if (!m_pipeline) return true;
+        const bool built = m_pipeline->finish();
+        m_entities.reset();
+        m_pipeline.reset();
+        m_lockedLayers = m_builder->takeLockedLayers();
+        m_builder.reset();
+        if (m_builderContext->failed())
+            m_ctx.adoptFailure(m_builderError);
+        else
+            m_ctx.adoptForwards(*m_builderContext);
+        m_builderContext.reset();
+        return built;
+    }
+
+    bool layers(sj::value& v) {
+        m_sectionAt = JsonIn::where(v);
+        EntityPipeline& p = pipeline();
+        p.current().layersStart = m_sectionAt;
+        std::uint32_t index = 0;
+        if (!m_ctx.items(v, [&](sj::value& item) { return layer(item, index++); })) return false;
+        p.current().layersEnd = true;
+        return p.flush();
+    }
+
+    // The JSON side of a layer: its handles and ids are the builder's.
+    bool layer(sj::value& item, std::uint32_t index) {
         static const KeyTable keys{
             "h",           "name",     "off",      "frozen",     "locked",    "plottable",    "newViewportFrozen",
             "hidden",      "color",    "linetype", "lineweight", "plotStyle", "transparency", "material",
             "description", "overrides"};
-        Named n;
-        n.at = JsonIn::where(item);
-        auto record = std::make_unique<OxDbLayerTableRecord>();
-        OxDbLayerTableRecord& r = *record;
-        bool locked = false;
-        std::uint64_t seen = 0;
-        bool good = m_ctx.fields(item, keys, "a layer", seen, [&](int key, sj::value& value) {
+        static_assert(kLayerH == 0 && kLayerLinetype == 9 && kLayerPlotStyle == 11 && kLayerMaterial == 13);
+        EntityBatch& batch = m_pipeline->current();
+        LayerRecord& l = batch.layers.emplace_back();
+        l.index = index;
+        l.at = JsonIn::where(item);
+        l.record = std::make_unique<OxDbLayerTableRecord>();
+        l.firstUse = static_cast<std::uint32_t>(batch.uses.size());
+        l.firstOverride = static_cast<std::uint32_t>(batch.overrides.size());
+        OxDbLayerTableRecord& r = *l.record;
+        bool good = m_ctx.fields(item, keys, "a layer", l.seen, [&](int key, sj::value& value) {
             bool flag = false;
             OxCmColor color;
             OxCmTransparency transparency;
             OxDb::LineWeight weight;
-            OxDbObjectId id;
             OxString text;
             const char* at = JsonIn::where(value);
             switch (key) {
+            case kLayerH:
+                return use(batch, value, key, false);
+            case 1:
+                l.nameAt = at;
+                return m_ctx.nonEmptyText(value, l.name);
             case 2:
                 return m_ctx.boolean(value, flag) && (r.setIsOff(flag), true);
             case 3:
                 return m_ctx.boolean(value, flag) && (r.setIsFrozen(flag), true);
             case 4:
-                return m_ctx.boolean(value, locked); // applied when the entities are in
+                return m_ctx.boolean(value, l.locked); // applied when the entities are in
             case 5:
-                return m_ctx.boolean(value, flag) && m_ctx.accepted(r.setIsPlottable(flag), at, "plottable");
+                return m_ctx.boolean(value, flag) && m_ctx.statusOk(r.setIsPlottable(flag), at, "plottable");
             case 6:
                 return m_ctx.boolean(value, flag) && (r.setVPDFLT(flag), true);
             case 7:
-                return m_ctx.boolean(value, flag) && m_ctx.accepted(r.setIsHidden(flag), at, "hidden");
+                return m_ctx.boolean(value, flag) && m_ctx.statusOk(r.setIsHidden(flag), at, "hidden");
             case 8:
                 return m_ctx.color(value, color) && (r.setColor(color), true);
-            case 9:
-                return m_ctx.reference(value, m_ctx.linetype, id) && (r.setLinetypeObjectId(id), true);
             case 10:
-                return m_ctx.lineWeight(value, weight) && m_ctx.accepted(r.setLineWeight(weight), at, "the lineweight");
-            case 11:
-                return m_ctx.reference(value, m_ctx.plotStyle, id) &&
-                       m_ctx.accepted(r.setPlotStyleName(id), at, "the plot style");
+                return m_ctx.lineWeight(value, weight) && m_ctx.statusOk(r.setLineWeight(weight), at, "the lineweight");
             case 12:
                 return m_ctx.transparency(value, transparency) &&
-                       m_ctx.accepted(r.setTransparency(transparency), at, "the transparency");
-            case 13:
-                return m_ctx.reference(value, m_ctx.material, id) &&
-                       m_ctx.accepted(r.setMaterialId(id), at, "the material");
+                       m_ctx.statusOk(r.setTransparency(transparency), at, "the transparency");
             case 14:
                 return m_ctx.text(value, text) &&
-                       m_ctx.accepted(r.setDescription(text.kwszPtr()), at, "the description");
-            case 15:
-                return m_ctx.items(value, [&](sj::value& o) { return layerOverride(o, r); });
-            default:
-                return nameField(key, value, n);
+                       m_ctx.statusOk(r.setDescription(text.kwszPtr()), at, "the description");
+            case 15: {
+                std::int32_t part = 0;
+                return m_ctx.items(value, [&](sj::value& o) { return layerOverride(o, batch, part++); });
+            }
+            default: // kLayerLinetype, kLayerPlotStyle, kLayerMaterial: ids the builder's layer cannot refuse
+                return use(batch, value, key, true);
             }
         });
-        if (!good || !m_ctx.requireKeys(seen, 3, keys, "a layer", n.at)) return false;
-        if (!(seen & (1u << 9))) r.setLinetypeObjectId(m_ctx.impl.continuousLinetype);
-        OxDbObjectId id;
-        if (!addRecord(table, record.release(), n, "layer", &id)) return false;
-        if (locked) m_lockedLayers.push_back(id);
+        l.useCount = static_cast<std::uint32_t>(batch.uses.size()) - l.firstUse;
+        l.overrideCount = static_cast<std::uint32_t>(batch.overrides.size()) - l.firstOverride;
+        if (!good || !m_ctx.requireKeys(l.seen, 3, keys, "a layer", l.at)) {
+            l.complete = false; // its handles are still checked, before this problem
+            return false;
+        }
+        return !m_pipeline->full() || m_pipeline->flush();
+    }
+
+    // A handle of a layer (`part` -1) or of its override `part`, for the builder.
+    bool use(EntityBatch& batch, sj::value& v, int key, bool nullable, std::int32_t part = -1) {
+        std::uint64_t handle = 0;
+        bool isNull = false;
+        if (!m_ctx.handle(v, handle, nullable, isNull)) return false;
+        if (!isNull) batch.uses.push_back({handle, JsonIn::where(v), part, -1, static_cast<std::uint8_t>(key)});
         return true;
     }
 
-    bool layerOverride(sj::value& v, OxDbLayerTableRecord& r) {
+    bool layerOverride(sj::value& v, EntityBatch& batch, std::int32_t part) {
         static const KeyTable keys{"viewport", "color", "linetype", "lineweight", "transparency", "plotStyle"};
         const char* at = JsonIn::where(v);
-        OxDbObjectId vp;
-        std::uint64_t seen = 0;
-        // The viewport comes first so that every override knows its key.
-        return m_ctx.fields(v, keys, "a viewport override", seen, [&](int key, sj::value& value) {
-            if (key != 0 && vp.isNull())
+        OverrideRecord& o = batch.overrides.emplace_back();
+        // The viewport comes first so that every override knows its key. Its
+        // id is the builder's: the values are tried here on a stand-in.
+        return m_ctx.fields(v, keys, "a viewport override", o.seen, [&](int key, sj::value& value) {
+            if (key != 0 && !(o.seen & 1))
                 return m_ctx.fail(m_ctx.keyLocation(), "\"viewport\" comes first in an override");
-            OxCmColor color;
-            OxCmTransparency transparency;
-            OxDb::LineWeight weight;
-            OxDbObjectId id;
             const char* valueAt = JsonIn::where(value);
             switch (key) {
-            case 0:
-                return m_ctx.reference(value, m_ctx.viewport, vp, false);
-            case 1:
-                return m_ctx.color(value, color) && (r.setColor(color, vp), true);
-            case 2:
-                return m_ctx.reference(value, m_ctx.linetype, id) && (r.setLinetypeObjectId(id, vp), true);
-            case 3:
-                return m_ctx.lineWeight(value, weight) &&
-                       m_ctx.accepted(r.setLineWeight(weight, vp), valueAt, "the lineweight override");
-            case 4:
-                return m_ctx.transparency(value, transparency) &&
-                       m_ctx.accepted(r.setTransparency(transparency, vp), valueAt, "the transparency override");
-            default:
-                return m_ctx.reference(value, m_ctx.plotStyle, id) &&
-                       m_ctx.accepted(r.setPlotStyleName(id, vp), valueAt, "the plot style override");
+            case kOverrideViewport:
+                return use(batch, value, key, false, part);
+            case kOverrideColor:
+                return m_ctx.color(value, o.color);
+            case kOverrideLineWeight:
+                return m_ctx.lineWeight(value, o.lineWeight) &&
+                       m_ctx.statusOk(m_probeLayer.setLineWeight(o.lineWeight, m_probeViewport), valueAt,
+                                      "the lineweight override");
+            case kOverrideTransparency:
+                return m_ctx.transparency(value, o.transparency) &&
+                       m_ctx.statusOk(m_probeLayer.setTransparency(o.transparency, m_probeViewport), valueAt,
+                                      "the transparency override");
+            default: // kOverrideLinetype, kOverridePlotStyle: ids the builder's layer cannot refuse
+                return use(batch, value, key, true, part);
             }
-        }) && m_ctx.requireKeys(seen, 1, keys, "a viewport override", at);
+        }) && m_ctx.requireKeys(o.seen, 1, keys, "a viewport override", at);
     }
 
     bool blocks(sj::value& v) {
         m_sectionAt = JsonIn::where(v);
-        WriteOpen<OxDbBlockTable> table(m_ctx.impl.blockTable);
-        if (!table) return m_ctx.fail(m_sectionAt, "the block table cannot be opened");
-        return m_ctx.items(v, [&](sj::value& item) { return block(item, *table.get()); });
-    }
-
-    bool block(sj::value& item, OxDbBlockTable& table) {
-        static const KeyTable keys{"h", "name", "origin", "comments", "entities"};
-        Named n;
-        n.at = JsonIn::where(item);
-        auto record = std::make_unique<OxDbBlockTableRecord>();
-        OxDbObjectId id;
-        std::uint64_t seen = 0;
-        auto addBlock = [&] {
-            return m_ctx.requireKeys(seen, 3, keys, "a block", n.at) &&
-                   addRecord(table, record.release(), n, "block", &id);
-        };
-        bool good = m_ctx.fields(item, keys, "a block", seen, [&](int key, sj::value& value) {
-            if (!id.isNull()) return m_ctx.fail(m_ctx.keyLocation(), "\"entities\" is the last key of a block");
-            OxGePoint3d origin;
-            OxString text;
-            switch (key) {
-            case 2:
-                return m_ctx.point(value, origin) && (record->setOrigin(origin), true);
-            case 3:
-                return m_ctx.text(value, text) && record->setComments(text.kwszPtr()) == Ox::eOk;
-            case 4: {
-                if (!addBlock()) return false;
-                WriteOpen<OxDbBlockTableRecord> open(id);
-                if (!open) return m_ctx.fail(n.at, "the block cannot be opened");
-                return m_ctx.items(value, [&](sj::value& e) { return m_entities.read(e, *open.get()); });
-            }
-            default:
-                return nameField(key, value, n);
-            }
-        });
-        return good && (!id.isNull() || addBlock());
+        pipeline().current().blocksStart = m_sectionAt;
+        std::uint32_t index = 0;
+        return m_ctx.items(v, [&](sj::value& item) { return m_entities->readBlock(item, index++); });
     }
 
     bool layouts(sj::value& v) {
@@ -720,7 +715,18 @@ private:
     }
 
     ReadContext m_ctx;
-    EntityReader m_entities;
+    const std::string& m_fileName;
+    // The building side of "layers" and "blocks", from the start of the one
+    // to the end of the other.
+    LoadError m_builderError;
+    std::unique_ptr<ReadContext> m_builderContext;
+    std::unique_ptr<EntityBuilder> m_builder;
+    std::unique_ptr<EntityPipeline> m_pipeline;
+    std::unique_ptr<EntityReader> m_entities;
+    // Stand-ins on which the values of a layer's overrides are tried.
+    OxDbLayerTableRecord m_probeLayer;
+    OxDbStub m_probeStub;
+    const OxDbObjectId m_probeViewport{&m_probeStub};
     Deferred m_clayer, m_celtype, m_ctab;
     std::uint64_t m_handseed = 0;
     std::vector<OxDbObjectId> m_lockedLayers;
@@ -738,6 +744,16 @@ std::unique_ptr<OxDbDatabase> readPadded(const simdjson::padded_string_view& jso
     return db;
 }
 
+simdjson::error_code load(const std::string& path, simdjson::padded_string& out) {
+    std::size_t size = 0;
+    if (!fileSizeOf(path, size)) return simdjson::IO_ERROR;
+    simdjson::padded_string padded(size);
+    if (!padded.data()) return simdjson::MEMALLOC;
+    if (!readFileInto(path, padded.data(), size)) return simdjson::IO_ERROR;
+    out = std::move(padded);
+    return simdjson::SUCCESS;
+}
+
 } // namespace
 
 std::unique_ptr<OxDbDatabase> readDrawing(std::string_view json, const std::string& fileName, LoadError& error) {
@@ -747,7 +763,7 @@ std::unique_ptr<OxDbDatabase> readDrawing(std::string_view json, const std::stri
 
 std::unique_ptr<OxDbDatabase> readDrawingFile(const std::string& path, LoadError& error) {
     simdjson::padded_string padded;
-    if (auto e = simdjson::padded_string::load(path).get(padded)) {
+    if (auto e = load(path, padded)) {
         error = LoadError{path, "", 0, 0, std::string("cannot read the file (") + simdjson::error_message(e) + ")"};
         return nullptr;
     }

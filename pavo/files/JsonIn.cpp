@@ -97,6 +97,11 @@ bool JsonIn::failAt(const std::string& pointer, const char* at, std::string prob
     return false;
 }
 
+void JsonIn::adoptFailure(const LoadError& error) {
+    m_failed = true;
+    m_error = error;
+}
+
 bool JsonIn::fail(const char* at, std::string problem) { return failAt(pointer(), at, std::move(problem)); }
 
 bool JsonIn::failJson(simdjson::error_code code, const char* at) {
@@ -342,6 +347,11 @@ bool JsonIn::handleFromText(std::string_view s, const char* at, std::uint64_t& o
     if (value == 0) return fail(at, "handle 0 is not a handle");
     out = value;
     return true;
+}
+
+bool JsonIn::statusOk(Ox::ErrorStatus es, const char* at, std::string_view what) {
+    return es == Ox::eOk ||
+           fail(at, "the database refused " + std::string(what) + " (status " + std::to_string(es) + ")");
 }
 
 bool JsonIn::requireKeys(std::uint64_t seen, std::uint64_t required, const KeyTable& keys, std::string_view what,

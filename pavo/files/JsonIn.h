@@ -50,6 +50,7 @@ public:
     std::string pointer() const;
     std::string pointerWith(std::string_view key) const;
     static const char* where(sj::value& v) { return v.raw_json_token().data(); }
+    const char* begin() const { return m_begin; }
     const char* end() const { return m_end; }
     std::size_t textSize() const { return static_cast<std::size_t>(m_end - m_begin); }
 
@@ -68,6 +69,29 @@ public:
     // The location of the current key (for errors about it).
     const char* keyLocation() const { return m_keyAt; }
 
+    // The path of JSON Pointers is a stack that keeps its slots, so that
+    // walking into a value costs no allocation. `key` must outlive its use.
+    void enter(std::string_view key, long index = -1) {
+        if (m_depth == m_path.size()) m_path.emplace_back();
+        m_path[m_depth++] = Segment{key, index};
+    }
+    void leave() { --m_depth; }
+    // One segment for the length of a scope (for code that follows the
+    // structure of a file without walking it).
+    class PathScope {
+    public:
+        PathScope(JsonIn& json, std::string_view key, long index = -1) : m_json(json) { m_json.enter(key, index); }
+        ~PathScope() { m_json.leave(); }
+        PathScope(const PathScope&) = delete;
+        PathScope& operator=(const PathScope&) = delete;
+
+    private:
+        JsonIn& m_json;
+    };
+    // Takes the problem found by another reader of the same text, earlier
+    // in it, in place of this one's.
+    void adoptFailure(const LoadError& error);
+
     bool typeError(sj::value& v, std::string_view expected);
     bool number(sj::value& v, double& out);
     bool integer(sj::value& v, long long& out, long long lo, long long hi);
@@ -85,6 +109,9 @@ public:
     // `nullable`.
     bool handle(sj::value& v, std::uint64_t& out, bool nullable, bool& isNull);
     bool handleFromText(std::string_view s, const char* at, std::uint64_t& out);
+    // A status of the database about a value read: false with a message
+    // unless eOk.
+    bool statusOk(Ox::ErrorStatus es, const char* at, std::string_view what);
     // Fails when `required` bits are missing from `seen`, naming the first.
     bool requireKeys(std::uint64_t seen, std::uint64_t required, const KeyTable& keys, std::string_view what,
                      const char* at);
@@ -94,13 +121,6 @@ private:
         std::string_view key;
         long index = -1;
     };
-    // The path is a stack that keeps its slots, so that walking into a
-    // value costs no allocation.
-    void enter(std::string_view key, long index) {
-        if (m_depth == m_path.size()) m_path.emplace_back();
-        m_path[m_depth++] = Segment{key, index};
-    }
-    void leave() { --m_depth; }
     // The text of a string without escapes, read in place; false when the
     // value is something else or has escapes (then simdjson unescapes it).
     static bool plainString(sj::value& v, std::string_view& out);

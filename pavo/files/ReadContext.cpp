@@ -27,9 +27,12 @@ ReadContext::ReadContext(OxDbDatabase& database, std::string_view text, const st
 bool ReadContext::define(sj::value& v, OxDbStub*& stub) {
     std::uint64_t handle = 0;
     bool isNull = false;
-    if (!JsonIn::handle(v, handle, false, isNull)) return false;
+    return JsonIn::handle(v, handle, false, isNull) && defineHandle(handle, where(v), stub);
+}
+
+bool ReadContext::defineHandle(std::uint64_t handle, const char* at, OxDbStub*& stub) {
     stub = store.stubForHandle(handle);
-    if (stub->object) return fail(where(v), "duplicate handle \"" + handleText(handle) + "\"");
+    if (stub->object) return fail(at, "duplicate handle \"" + handleText(handle) + "\"");
     return true;
 }
 
@@ -64,46 +67,6 @@ bool ReadContext::resolve(std::uint64_t handle, const RefKind& kind, const char*
     return true;
 }
 
-// With many layers, the stub that an entity's layer reference leads to
-// (and its slot in the handle index) is rarely in the cache, and waiting for
-// memory twice per entity is most of the cost of reading one. The text of
-// the next entities is at hand, so their "l" handles are picked out of it in
-// passing: first their index slots are fetched, half a window later (when
-// the slot has arrived) their stubs. Nothing read here decides anything.
-void ReadContext::prefetchAhead(const char* position) {
-    constexpr std::size_t kWindow = 1024; // bytes of text: about ten entities
-    constexpr std::size_t kPendingMax = sizeof m_pending / sizeof m_pending[0];
-    const pavo::db::HandleIndex& index = store.byHandle;
-    const std::size_t ahead = std::min(kWindow, static_cast<std::size_t>(end() - position));
-    while (m_pendingCount > 0 && m_pending[m_pendingHead].at - position < static_cast<std::ptrdiff_t>(kWindow / 2)) {
-        if (const OxDbStub* stub = index.findDense(m_pending[m_pendingHead].handle)) __builtin_prefetch(stub);
-        m_pendingHead = (m_pendingHead + 1) % kPendingMax;
-        --m_pendingCount;
-    }
-    const char* from = std::max(m_scanned, position);
-    const char* to = position + ahead;
-    if (from >= to) return;
-    m_scanned = to;
-    const auto* text = static_cast<const char*>(std::memchr(from, 'l', static_cast<std::size_t>(to - from)));
-    for (; text && text + 4 < to && m_pendingCount < kPendingMax;
-         text = static_cast<const char*>(std::memchr(text + 1, 'l', static_cast<std::size_t>(to - text - 1)))) {
-        if (text[-1] != '"' || text[1] != '"' || text[2] != ':' || text[3] != '"') continue;
-        std::uint64_t handle = 0;
-        const char* digit = text + 4;
-        for (int n = 0; n < 16 && digit < to; ++n, ++digit) {
-            const char c = *digit;
-            const int value = c >= '0' && c <= '9' ? c - '0' : c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-            if (value < 0) break;
-            handle = handle << 4 | static_cast<std::uint64_t>(value);
-        }
-        if (const void* slot = index.denseSlot(handle)) {
-            __builtin_prefetch(slot);
-            m_pending[(m_pendingHead + m_pendingCount) % kPendingMax] = {handle, text};
-            ++m_pendingCount;
-        }
-    }
-}
-
 bool ReadContext::checkForwardReferences() {
     for (const auto& ref : m_forwards) {
         const std::string handle = handleText(ref.stub->handle);
@@ -117,10 +80,43 @@ bool ReadContext::checkForwardReferences() {
     return true;
 }
 
+void ReadContext::adoptForwards(ReadContext& other) {
+    const RefKind* const theirs[] = {&other.layer,  &other.linetype,  &other.block,   &other.viewport,
+                                     &other.layout, &other.plotStyle, &other.material};
+    const RefKind* const ours[] = {&layer, &linetype, &block, &viewport, &layout, &plotStyle, &material};
+    for (Forward& ref : other.m_forwards) {
+        for (std::size_t i = 0; i < std::size(theirs); ++i)
+            if (ref.kind == theirs[i]) ref.kind = ours[i]; // `other` may not outlive this
+        m_forwards.push_back(std::move(ref));
+    }
+    other.m_forwards.clear();
+}
+
+bool ReadContext::addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* record, OxDbStub* stub, const OxString& name,
+                            const char* nameAt, const char* what, OxDbObjectId* idOut) {
+    std::unique_ptr<OxDbSymbolTableRecord> owned(record);
+    if (record->setName(name.kwszPtr()) != Ox::eOk)
+        return failAt(pointerWith("name"), nameAt, "invalid " + std::string(what) + " name");
+    expectStub(stub);
+    OxDbObjectId id;
+    const Ox::ErrorStatus es = table.add(id, record);
+    if (es != Ox::eOk) {
+        dropStub();
+        std::string problem =
+            es == Ox::eDuplicateRecordName
+                ? "duplicate " + std::string(what) + " name \"" + name.utf8() + "\" (names ignore letter case)"
+                : "invalid " + std::string(what) + " name \"" + name.utf8() + "\"";
+        return failAt(pointerWith("name"), nameAt, problem);
+    }
+    owned.release()->close();
+    if (idOut) *idOut = id;
+    return true;
+}
+
 bool ReadContext::accepted(Ox::ErrorStatus es, const char* at, std::string_view what) {
     if (es == Ox::eOk) return true;
     dropStub();
-    return fail(at, "the database refused " + std::string(what) + " (status " + std::to_string(es) + ")");
+    return statusOk(es, at, what);
 }
 
 } // namespace pavo::files

@@ -29,15 +29,21 @@ public:
 
     // The "h" of a new object: a stub without an object yet.
     bool define(sj::value& v, OxDbStub*& stub);
+    bool defineHandle(std::uint64_t handle, const char* at, OxDbStub*& stub);
     // A reference; null allowed when `nullable`. References to objects not
     // read yet are checked by checkForwardReferences().
     bool reference(sj::value& v, const RefKind& kind, OxDbObjectId& id, bool nullable = true);
     bool resolve(std::uint64_t handle, const RefKind& kind, const char* at, OxDbObjectId& id);
     bool checkForwardReferences();
+    // Takes the references to objects not read yet met by `other` (which
+    // read the text after this one's so far).
+    void adoptForwards(ReadContext& other);
 
-    // Fetches into the cache the stubs that the layer references ("l") of
-    // the next few entities after `position` lead to. A hint only.
-    void prefetchAhead(const char* position);
+    // Adds a named record (made with new, owned from here on) under `stub`,
+    // refusing an invalid or duplicate name at `nameAt`; the record is left
+    // closed. `what` names its kind in messages.
+    bool addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* record, OxDbStub* stub, const OxString& name,
+                   const char* nameAt, const char* what, OxDbObjectId* idOut = nullptr);
 
     // A status of the database: false with a message unless eOk.
     bool accepted(Ox::ErrorStatus es, const char* at, std::string_view what);
@@ -53,15 +59,6 @@ private:
         const char* at;
     };
     std::vector<Forward> m_forwards;
-    // prefetchAhead: the text before m_scanned was looked at; the handles
-    // found whose index slots were fetched, waiting to fetch their stubs.
-    struct Pending {
-        std::uint64_t handle;
-        const char* at;
-    };
-    const char* m_scanned = nullptr;
-    Pending m_pending[16];
-    std::size_t m_pendingHead = 0, m_pendingCount = 0;
     std::uint64_t m_lastHandle = 0;
     const RefKind* m_lastKind = nullptr;
     OxDbStub* m_lastStub = nullptr;
