@@ -160,7 +160,7 @@ layouts = [
     {"h": LO["A1 Plan"], "name": "A1 Plan", "tabOrder": 1, "block": B["*Paper_Space"],
      "styleSheet": "pavo-named.pst", "activeViewport": a1[1]["h"]},
     {"h": LO["A3 Detail"], "name": "A3 Detail", "tabOrder": 2, "block": B["*Paper_Space1"],
-     "styleSheet": "pavo-named.pst", "activeViewport": a3[1]["h"]},
+     "styleSheet": "monochrome-named.pst", "activeViewport": a3[1]["h"]},
 ]
 structure_only = {"h": h(), "name": "Structure only", "mask": 0x7FF,
                   "description": "Only the structural grid and columns", "currentLayer": "0",

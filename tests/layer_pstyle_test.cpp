@@ -113,3 +113,18 @@ TEST(PlotStyleNames, CreateFindsOrAddsTheEntry) {
     EXPECT_TRUE(PavoLayerHelper::createPlotStye(L"x", nullptr).isNull());
     EXPECT_EQ(s.run(), 0);
 }
+
+TEST(LayerPStyle, EachLayoutListsTheStylesOfItsOwnTable) {
+    // After "?" the plot style is asked again: Enter takes the default,
+    // Enter at the layer list means the current layer, Enter ends -LAYER.
+    ScriptedSession s({"CTAB", "A1 Plan", "-LAYER", "PStyle", "?", "", "", "", "CTAB", "A3 Detail", "-LAYER",
+                       "PStyle", "?", "", "", ""});
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string t = s.transcript();
+    const size_t second = t.find("Command: CTAB\nEnter new value for CTAB <A1 Plan>: A3 Detail");
+    ASSERT_NE(second, std::string::npos) << t;
+    const std::string a1 = t.substr(0, second), a3 = t.substr(second);
+    EXPECT_NE(a1.find("\n Grey 50%"), std::string::npos) << a1; // pavo-named.pst
+    EXPECT_EQ(a3.find("\n Grey 50%"), std::string::npos) << a3; // monochrome-named.pst has no grey
+    EXPECT_NE(a3.find("\n Screened 30%"), std::string::npos) << a3;
+}
