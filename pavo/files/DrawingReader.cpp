@@ -8,6 +8,7 @@
 #include "files/DrawingFormat.h"
 #include "files/EntityReader.h"
 #include "files/FileRead.h"
+#include "files/LargeHeapSteps.h"
 
 namespace pavo::files {
 namespace {
@@ -762,6 +763,8 @@ std::unique_ptr<OxDbDatabase> readDrawing(std::string_view json, const std::stri
 }
 
 std::unique_ptr<OxDbDatabase> readDrawingFile(const std::string& path, LoadError& error) {
+    std::size_t size = 0;
+    const LargeHeapSteps steps(fileSizeOf(path, size) ? size : 0);
     simdjson::padded_string padded;
     if (auto e = load(path, padded)) {
         error = LoadError{path, "", 0, 0, std::string("cannot read the file (") + simdjson::error_message(e) + ")"};
