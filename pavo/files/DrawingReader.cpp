@@ -42,6 +42,7 @@ public:
                                    "layouts",   "plotSettings", "layerStates"};
         sj::parser parser;
         sj::document doc;
+        pipeline(); // its building thread gets ready while the parser indexes the text
         if (auto e = parser.iterate(json).get(doc)) return m_ctx.failJson(e, json.data());
         sj::object top;
         if (auto e = doc.get_object().get(top))
