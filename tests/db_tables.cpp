@@ -3,6 +3,10 @@
 
 #include "db_test_support.h"
 
+#include <cwctype>
+#include <string>
+#include <vector>
+
 using namespace dbtest;
 
 namespace {
@@ -178,6 +182,59 @@ TEST(Tables, ManyLayersLoadQuickly) {
     EXPECT_EQ(table->getIdAt(L"LAYER19999", id), Ox::eOk);
     EXPECT_EQ(table->numEntries(), 20001);
     table->close();
+    EXPECT_TRUE(nothingOpen(db));
+}
+
+// Erasing, restoring and renaming many records in a dense index (names
+// whose slots collide and wrap around) must leave every live name found and
+// every other one not found.
+TEST(Tables, IndexSurvivesChurn) {
+    OxDbDatabase db;
+    std::vector<OxDbObjectId> ids;
+    std::vector<std::wstring> names; // each record's current name
+    std::vector<bool> live;
+    for (int i = 0; i < 600; ++i) {
+        names.push_back(L"L" + std::to_wstring(i));
+        ids.push_back(addLayer(db, names.back().c_str()));
+        live.push_back(true);
+    }
+    std::uint32_t seed = 12345;
+    auto next = [&] { return seed = seed * 1103515245u + 12345u, (seed >> 8) % 600; };
+    for (int step = 0; step < 3000; ++step) {
+        const std::size_t i = next();
+        OxDbLayerTableRecord* rec = nullptr;
+        ASSERT_EQ(oxdbOpenObject(rec, ids[i], OxDb::kForWrite, true), Ox::eOk);
+        if (step % 3 == 2 && live[i]) {
+            // A new name, in another case than it is looked up in below.
+            const std::wstring renamed = L"r" + std::to_wstring(step);
+            ASSERT_EQ(rec->setName(renamed.c_str()), Ox::eOk);
+            names[i] = renamed;
+        } else {
+            // Restoring fails only while another live record has the name.
+            const Ox::ErrorStatus es = rec->erase(live[i]);
+            if (es == Ox::eOk) live[i] = !live[i];
+        }
+        rec->close();
+        if (step % 100 != 99) continue;
+        OxDbLayerTable* table = layers(db);
+        int expected = 1; // layer "0"
+        for (std::size_t k = 0; k < ids.size(); ++k) {
+            std::wstring upper = names[k];
+            for (wchar_t& ch : upper)
+                ch = static_cast<wchar_t>(std::towupper(ch));
+            OxDbObjectId found;
+            const Ox::ErrorStatus es = table->getIdAt(upper.c_str(), found);
+            if (live[k]) {
+                ++expected;
+                EXPECT_EQ(es, Ox::eOk) << "step " << step << " record " << k;
+                EXPECT_EQ(found, ids[k]);
+            } else if (es == Ox::eOk) {
+                EXPECT_NE(found, ids[k]) << "erased record found, step " << step;
+            }
+        }
+        EXPECT_EQ(table->numEntries(), expected);
+        table->close();
+    }
     EXPECT_TRUE(nothingOpen(db));
 }
 

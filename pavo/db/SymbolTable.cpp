@@ -14,10 +14,7 @@ std::wstring_view pavo::db::recordName(const OxDbStub* stub) {
     return record ? record->name().view() : std::wstring_view();
 }
 
-OxDbStub* OxDbSymbolTable::Impl::find(std::wstring_view name) const {
-    auto it = byName.find(pavo::foldCase(name));
-    return it == byName.end() ? nullptr : it->second;
-}
+OxDbStub* OxDbSymbolTable::Impl::find(std::wstring_view name) const { return byName.find(name); }
 
 OxDbStub* OxDbSymbolTable::Impl::findErased(std::wstring_view name) const {
     for (OxDbStub* stub : records)
@@ -25,31 +22,28 @@ OxDbStub* OxDbSymbolTable::Impl::findErased(std::wstring_view name) const {
     return nullptr;
 }
 
-void OxDbSymbolTable::Impl::insert(OxDbStub* stub) { insert(stub, pavo::foldCase(recordName(stub))); }
-
-void OxDbSymbolTable::Impl::insert(OxDbStub* stub, std::wstring foldedName) {
+bool OxDbSymbolTable::Impl::insert(OxDbStub* stub) {
+    if (!byName.insert(recordName(stub), stub)) return false;
     records.push_back(stub);
-    byName.emplace(std::move(foldedName), stub);
     ++live;
+    return true;
 }
 
 Ox::ErrorStatus OxDbSymbolTable::Impl::onErase(OxDbStub* stub, bool erasing) {
-    std::wstring key = pavo::foldCase(recordName(stub));
+    const std::wstring_view name = recordName(stub);
     if (erasing) {
-        auto it = byName.find(key);
-        if (it != byName.end() && it->second == stub) byName.erase(it);
+        byName.erase(name, stub);
         --live;
         return Ox::eOk;
     }
-    if (!byName.emplace(std::move(key), stub).second) return Ox::eDuplicateRecordName;
+    if (!byName.insert(name, stub)) return Ox::eDuplicateRecordName;
     ++live;
     return Ox::eOk;
 }
 
 void OxDbSymbolTable::Impl::rename(OxDbStub* stub, std::wstring_view oldName, std::wstring_view newName) {
-    auto it = byName.find(pavo::foldCase(oldName));
-    if (it != byName.end() && it->second == stub) byName.erase(it);
-    byName.emplace(pavo::foldCase(newName), stub);
+    byName.erase(oldName, stub);
+    byName.insert(newName, stub);
 }
 
 namespace {
@@ -109,18 +103,14 @@ Ox::ErrorStatus OxDbSymbolTable::add(OxDbObjectId& id, OxDbSymbolTableRecord* re
         es = Ox::eNotOpenForWrite;
     else
         es = checkRecordName(*this, record->getName());
-    std::wstring foldedName; // folded once for the lookup and the index
-    if (es == Ox::eOk) {
-        foldedName = pavo::foldCase(record->name().view());
-        if (m_impl->byName.count(foldedName)) es = Ox::eDuplicateRecordName;
-    }
+    if (es == Ox::eOk && m_impl->find(record->name().view())) es = Ox::eDuplicateRecordName;
     if (es != Ox::eOk) {
         if (db) db->impl()->store.pendingStub = nullptr; // the reader's handle is not used
         return es;
     }
     if (auto* layer = OxDbLayerTableRecord::cast(record)) applyNewLayerDefaults(db, layer);
     id = makeResidentForWrite(db, record, objectId());
-    m_impl->insert(id.stub(), std::move(foldedName));
+    m_impl->insert(id.stub());
     return Ox::eOk;
 }
 

@@ -1,27 +1,26 @@
 // A symbol table's records: a list in insertion order and a name index
-// keyed by the case-folded name, so that lookup by name is O(1).
+// that ignores letter case, so that lookup by name is O(1).
 #pragma once
 
-#include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 #include "DbStore.h"
+#include "NameIndex.h"
 #include "OxDbSymbolTable.h"
 
 struct OxDbSymbolTable::Impl {
-    std::vector<OxDbStub*> records;                     // erased ones too
-    std::unordered_map<std::wstring, OxDbStub*> byName; // live records only
+    std::vector<OxDbStub*> records; // erased ones too
+    pavo::db::NameIndex byName;     // live records only
     int live = 0;
 
     // The live record of that name (any case), or null.
     OxDbStub* find(std::wstring_view name) const;
     // An erased record of that name, or null (a scan: erased lookups are rare).
     OxDbStub* findErased(std::wstring_view name) const;
-    // Lists a record that was just made resident.
-    void insert(OxDbStub* stub);
-    // The same, its name already case-folded (`foldedName`).
-    void insert(OxDbStub* stub, std::wstring foldedName);
+    // Lists a record that was just made resident; false (nothing listed)
+    // when a live record has its name.
+    bool insert(OxDbStub* stub);
     // Keeps the index when a record is erased or unerased;
     // eDuplicateRecordName when unerasing a name taken meanwhile.
     Ox::ErrorStatus onErase(OxDbStub* stub, bool erasing);

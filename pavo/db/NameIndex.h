@@ -1,0 +1,40 @@
+// The name index of a symbol table: the live records by name, any letter
+// case. An open-addressing table of (hash of the folded name, stub): names
+// are not copied, since each record holds its own, and a name not in the
+// table (every record of a drawing being read) costs one probe of one array.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+class OxDbStub;
+
+namespace pavo::db {
+
+class NameIndex {
+public:
+    // The live record called `name` (any case), or null.
+    OxDbStub* find(std::wstring_view name) const;
+    // Lists `stub`, a record called `name`; false (and nothing changed) when
+    // another record has that name.
+    bool insert(std::wstring_view name, OxDbStub* stub);
+    // Unlists `stub`, listed under `name` (its name when it was listed).
+    void erase(std::wstring_view name, const OxDbStub* stub);
+    std::size_t size() const { return m_count; }
+
+private:
+    struct Slot {
+        std::size_t hash = 0;
+        OxDbStub* stub = nullptr; // null: empty
+    };
+    std::size_t home(std::size_t hash) const;
+    // The slot of `name`, or the empty slot where it would go.
+    std::size_t probe(std::wstring_view name, std::size_t hash) const;
+    void grow();
+
+    std::vector<Slot> m_slots; // a power of two in size, at most half full
+    std::size_t m_count = 0;
+};
+
+} // namespace pavo::db
