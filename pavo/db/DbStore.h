@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "HandleIndex.h"
+#include "StablePool.h"
 #include "OxDbDatabase.h"
 #include "OxDbLayerStateManager.h" // complete types for the Impl's unique_ptr members
 #include "OxDbObject.h"
@@ -75,7 +75,7 @@ private:
 struct Store {
     explicit Store(OxDbDatabase* db) : database(db) {}
     OxDbDatabase* database;
-    std::deque<OxDbStub> stubs; // stable addresses
+    StablePool<OxDbStub> stubs;
     HandleIndex byHandle;
     std::uint64_t nextHandle = 1;
 
