@@ -9,7 +9,7 @@
 
 class OxDbDatabase;
 class OxDbDwgFiler;
-class OxDbStub;
+class OxDbCell;
 
 // Objects live in their database once added; a resident object is reached
 // only through oxdbOpenObject and given back with close(). An object made
@@ -27,7 +27,7 @@ public:
     OxDbObjectId ownerId() const;
     OxDbHandle getDbHandle() const { return objectId().handle(); }
     OxDbDatabase* database() const;
-    bool isDatabaseResident() const { return m_stub != nullptr; }
+    bool isDatabaseResident() const { return m_cell != nullptr; }
 
     // Ends one open (read or write).
     Ox::ErrorStatus close();
@@ -43,12 +43,12 @@ public:
     Ox::ErrorStatus assertWriteEnabled(bool autoUndo = true, bool recordModified = true);
     bool isWriteEnabled() const;
     bool isReadEnabled() const;
-    bool isNewObject() const { return m_stub == nullptr; }
+    bool isNewObject() const { return m_cell == nullptr; }
     bool isModified() const;
 
     // Host internals.
-    OxDbStub* stub() const { return m_stub; }
-    void attachStub(OxDbStub* stub) { m_stub = stub; }
+    OxDbCell* cell() const { return m_cell; }
+    void attachCell(OxDbCell* cell) { m_cell = cell; }
 
     // A copy of this object's state, non-resident (used by undo and tests).
     virtual OxDbObject* cloneState() const;
@@ -59,7 +59,7 @@ protected:
     bool writeCheck() const;
 
 private:
-    OxDbStub* m_stub = nullptr;
+    OxDbCell* m_cell = nullptr;
 };
 
 // Opens the object `id` as a `cls`; the core of oxdbOpenObject.

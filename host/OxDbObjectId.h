@@ -9,7 +9,7 @@
 #include "PavoExport.h"
 
 class OxDbDatabase;
-class OxDbStub;
+class OxDbCell;
 
 // A persistent handle: unique in a drawing, kept across save and load.
 class PAVO_HOST_API OxDbHandle {
@@ -31,7 +31,7 @@ private:
 };
 
 // The part of the database's per-object record that ids read inline.
-struct OxDbStubHeader {
+struct OxDbCellHeader {
     std::uint64_t handle = 0;
     OxDbDatabase* database = nullptr;
 };
@@ -41,35 +41,35 @@ struct OxDbStubHeader {
 class PAVO_HOST_API OxDbObjectId {
 public:
     OxDbObjectId() = default;
-    explicit OxDbObjectId(OxDbStub* stub) : m_stub(stub) {}
+    explicit OxDbObjectId(OxDbCell* cell) : m_cell(cell) {}
     static const OxDbObjectId kNull;
 
-    bool isNull() const { return m_stub == nullptr; }
+    bool isNull() const { return m_cell == nullptr; }
     // Not null and an object is attached (erased or not).
     bool isValid() const;
     bool isErased() const;
-    void setNull() { m_stub = nullptr; }
+    void setNull() { m_cell = nullptr; }
 
-    OxDbHandle handle() const { return OxDbHandle(m_stub ? header()->handle : 0); }
-    OxDbDatabase* database() const { return m_stub ? header()->database : nullptr; }
-    OxDbStub* stub() const { return m_stub; }
+    OxDbHandle handle() const { return OxDbHandle(m_cell ? header()->handle : 0); }
+    OxDbDatabase* database() const { return m_cell ? header()->database : nullptr; }
+    OxDbCell* cell() const { return m_cell; }
 
-    bool operator==(const OxDbObjectId& o) const { return m_stub == o.m_stub; }
-    bool operator!=(const OxDbObjectId& o) const { return m_stub != o.m_stub; }
+    bool operator==(const OxDbObjectId& o) const { return m_cell == o.m_cell; }
+    bool operator!=(const OxDbObjectId& o) const { return m_cell != o.m_cell; }
     bool operator<(const OxDbObjectId& o) const { return key() < o.key(); }
     bool operator>(const OxDbObjectId& o) const { return o < *this; }
     bool operator<=(const OxDbObjectId& o) const { return !(o < *this); }
     bool operator>=(const OxDbObjectId& o) const { return !(*this < o); }
 
 private:
-    const OxDbStubHeader* header() const { return reinterpret_cast<const OxDbStubHeader*>(m_stub); }
-    std::uint64_t key() const { return m_stub ? header()->handle : 0; }
-    OxDbStub* m_stub = nullptr;
+    const OxDbCellHeader* header() const { return reinterpret_cast<const OxDbCellHeader*>(m_cell); }
+    std::uint64_t key() const { return m_cell ? header()->handle : 0; }
+    OxDbCell* m_cell = nullptr;
 };
 
 using OxDbObjectIdArray = OxArray<OxDbObjectId>;
 
 template <>
 struct std::hash<OxDbObjectId> {
-    size_t operator()(const OxDbObjectId& id) const noexcept { return std::hash<const void*>()(id.stub()); }
+    size_t operator()(const OxDbObjectId& id) const noexcept { return std::hash<const void*>()(id.cell()); }
 };

@@ -134,7 +134,7 @@ TEST(Defaults, EmptyDatabaseHasNothing) {
     EXPECT_TRUE(db.getPlotStyleNameDictionaryId(true).isNull()); // nowhere to put it
     OxDbLayerTable* table = nullptr;
     EXPECT_EQ(db.getLayerTable(table, OxDb::kForRead), Ox::eNullObjectId);
-    EXPECT_EQ(db.impl()->store.stubs.size(), 0u);
+    EXPECT_EQ(db.impl()->store.cells.size(), 0u);
 }
 
 TEST(Layouts, CreateSwitchRenameDelete) {

@@ -119,32 +119,32 @@ TEST(Regen, QueueGoesToTheWorkingDatabase) {
 }
 
 // The drawing reader's path: an empty database, roots made directly,
-// saved handles kept through the pending stub, forward references.
+// saved handles kept through the pending cell, forward references.
 TEST(Building, ReaderKeepsHandlesAndForwardReferences) {
     OxDbDatabase db(false);
     pavo::db::Store& store = db.impl()->store;
     auto* layers = new OxDbLayerTable();
-    db.impl()->layerTable = pavo::db::createRootObject(&db, layers, store.stubForHandle(0x10));
+    db.impl()->layerTable = pavo::db::createRootObject(&db, layers, store.cellForHandle(0x10));
     ASSERT_EQ(db.layerTableId().handle().value(), 0x10u);
     EXPECT_TRUE(db.impl()->layerTable.isValid());
-    auto* second = new OxDbLayerTable(); // the stub is taken: refused, left to its maker
-    EXPECT_TRUE(pavo::db::createRootObject(&db, second, store.stubForHandle(0x10)).isNull());
+    auto* second = new OxDbLayerTable(); // the cell is taken: refused, left to its maker
+    EXPECT_TRUE(pavo::db::createRootObject(&db, second, store.cellForHandle(0x10)).isNull());
     EXPECT_FALSE(second->isDatabaseResident());
     delete second;
 
-    OxDbStub* forward = store.stubForHandle(0x40); // referred to before it is read
+    OxDbCell* forward = store.cellForHandle(0x40); // referred to before it is read
     EXPECT_FALSE(OxDbObjectId(forward).isValid());
 
     OxDbLayerTable* table = nullptr;
     ASSERT_EQ(db.getLayerTable(table, OxDb::kForWrite), Ox::eOk);
-    store.setPendingStub(forward);
+    store.setPendingCell(forward);
     auto* layer = new OxDbLayerTableRecord();
     layer->setName(L"0");
     OxDbObjectId id;
     ASSERT_EQ(table->add(id, layer), Ox::eOk);
     layer->close();
     table->close();
-    EXPECT_EQ(id.stub(), forward);
+    EXPECT_EQ(id.cell(), forward);
     EXPECT_TRUE(OxDbObjectId(forward).isValid());
     EXPECT_GT(db.handseed(), 0x40u);
     EXPECT_TRUE(nothingOpen(db));

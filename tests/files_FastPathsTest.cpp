@@ -1,5 +1,5 @@
 // The reader and writer take shortcuts for the common case (plain keys and
-// strings read in place, reference checks by the class kept in the stub, a
+// strings read in place, reference checks by the class kept in the cell, a
 // writer that grows its buffer a slice at a time). These tests hold the
 // uncommon cases to the same results.
 #include <string>

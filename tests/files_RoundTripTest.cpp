@@ -133,10 +133,10 @@ TEST(DrawingFiles, DrawingBuiltThroughTheApiRoundTrips) {
     EXPECT_EQ(static_cast<std::int16_t>(back->color().colorIndex()), -5);
     EXPECT_EQ(back->description(), OxString(L"tab\there / slash ~ tilde"));
     bool isOverride = false;
-    const OxDbObjectId loadedViewport(loaded->impl()->store.stubForHandle(viewports[0].handle().value()));
+    const OxDbObjectId loadedViewport(loaded->impl()->store.cellForHandle(viewports[0].handle().value()));
     EXPECT_EQ(back->color(loadedViewport, isOverride), OxCmColor::fromIndex(3));
     EXPECT_TRUE(isOverride);
-    const OxDbObjectId lineId(loaded->impl()->store.stubForHandle(line->getDbHandle().value()));
+    const OxDbObjectId lineId(loaded->impl()->store.cellForHandle(line->getDbHandle().value()));
     const auto* loadedLine = peek<OxDbLine>(lineId);
     ASSERT_TRUE(loadedLine);
     EXPECT_EQ(loadedLine->startPoint().y, 1e-300);

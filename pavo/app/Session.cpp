@@ -265,12 +265,12 @@ void Session::checkAfterCommand(const std::wstring& name) {
     if (!store.open.empty()) {
         std::wostringstream what;
         what << name << L" left " << store.open.size() << L" object(s) open:";
-        for (OxDbStub* stub : store.open) {
-            what << L" " << (stub->object ? stub->object->isA()->name() : L"?") << L" "
-                 << OxDbHandle(stub->handle).toString();
+        for (OxDbCell* cell : store.open) {
+            what << L" " << (cell->object ? cell->object->isA()->name() : L"?") << L" "
+                 << OxDbHandle(cell->handle).toString();
             // Close them so that the session can go on.
-            stub->readers = 0;
-            stub->writer = false;
+            cell->readers = 0;
+            cell->writer = false;
         }
         store.open.clear();
         internalError(what.str());

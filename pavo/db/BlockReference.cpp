@@ -59,10 +59,10 @@ namespace {
 geom::Box placedBlockBox(const OxDbBlockReference& reference) {
     geom::Box content;
     if (const auto* block = OxDbBlockTableRecord::cast(objectOf(reference.blockTableRecord()))) {
-        for (const OxDbStub* stub : block->impl()->entities) {
-            const auto* entity = OxDbEntity::cast(stub->object.get());
+        for (const OxDbCell* cell : block->impl()->entities) {
+            const auto* entity = OxDbEntity::cast(cell->object.get());
             OxGePoint3d lo, hi;
-            if (entity && !stub->erased && entity->getExtents(lo, hi)) {
+            if (entity && !cell->erased && entity->getExtents(lo, hi)) {
                 content.add(lo.x, lo.y);
                 content.add(hi.x, hi.y);
             }

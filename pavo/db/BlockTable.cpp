@@ -24,19 +24,19 @@ void applyEntityDefaults(OxDbDatabase* db, OxDbEntity* entity) {
 void numberViewport(OxDbDatabase* db, const OxDbBlockTableRecord& block, OxDbViewport* viewport) {
     if (viewport->number() != 0) return;
     bool blockHasViewport = false;
-    for (const OxDbStub* stub : block.impl()->entities)
-        if (!stub->erased && OxDbViewport::cast(stub->object.get())) blockHasViewport = true;
+    for (const OxDbCell* cell : block.impl()->entities)
+        if (!cell->erased && OxDbViewport::cast(cell->object.get())) blockHasViewport = true;
     if (!blockHasViewport) {
         viewport->setNumber(1);
         return;
     }
     short highest = 1;
     auto* blocks = OxDbBlockTable::cast(objectOf(db->blockTableId()));
-    for (const OxDbStub* blockStub : blocks ? blocks->impl()->records : std::vector<OxDbStub*>{}) {
-        const auto* other = OxDbBlockTableRecord::cast(blockStub->object.get());
+    for (const OxDbCell* blockCell : blocks ? blocks->impl()->records : std::vector<OxDbCell*>{}) {
+        const auto* other = OxDbBlockTableRecord::cast(blockCell->object.get());
         if (!other) continue;
-        for (const OxDbStub* stub : other->impl()->entities)
-            if (const auto* v = OxDbViewport::cast(stub->object.get()); v && v->number() > highest)
+        for (const OxDbCell* cell : other->impl()->entities)
+            if (const auto* v = OxDbViewport::cast(cell->object.get()); v && v->number() > highest)
                 highest = v->number();
     }
     viewport->setNumber(static_cast<short>(highest + 1));
@@ -62,8 +62,8 @@ Ox::ErrorStatus appendOwnedEntity(OxDbObject& owner, OxDbEntity* entity, OxDbObj
         es = Ox::eNotOpenForWrite;
     if (es != Ox::eOk) {
         if (es == Ox::eNotOpenForWrite)
-            recordMisuse(owner.stub(), L"an entity was appended to an object not open for write");
-        if (db) db->impl()->store.pendingStub = nullptr;
+            recordMisuse(owner.cell(), L"an entity was appended to an object not open for write");
+        if (db) db->impl()->store.pendingCell = nullptr;
         return es;
     }
     id = makeResidentForWrite(db, entity, owner.objectId());
@@ -90,7 +90,7 @@ Ox::ErrorStatus OxDbBlockTableRecord::appendOxDbEntity(OxDbObjectId& id, OxDbEnt
     if (auto* viewport = OxDbViewport::cast(entity); viewport && database() && !entity->isDatabaseResident())
         numberViewport(database(), *this, viewport);
     Ox::ErrorStatus es = appendOwnedEntity(*this, entity, id);
-    if (es == Ox::eOk) m_impl->entities.push_back(id.stub());
+    if (es == Ox::eOk) m_impl->entities.push_back(id.cell());
     return es;
 }
 
@@ -106,13 +106,13 @@ Ox::ErrorStatus OxDbBlockTableRecord::getBlockReferenceIds(OxDbObjectIdArray& id
     if (!db) return Ox::eNoDatabase;
     auto* blocks = OxDbBlockTable::cast(objectOf(db->blockTableId()));
     if (!blocks) return Ox::eOk;
-    for (const OxDbStub* blockStub : blocks->impl()->records) {
-        const auto* block = OxDbBlockTableRecord::cast(blockStub->object.get());
-        if (!block || blockStub->erased) continue;
-        for (OxDbStub* stub : block->impl()->entities) {
-            const auto* reference = OxDbBlockReference::cast(stub->object.get());
-            if (reference && !stub->erased && reference->blockTableRecord() == objectId())
-                ids.append(OxDbObjectId(stub));
+    for (const OxDbCell* blockCell : blocks->impl()->records) {
+        const auto* block = OxDbBlockTableRecord::cast(blockCell->object.get());
+        if (!block || blockCell->erased) continue;
+        for (OxDbCell* cell : block->impl()->entities) {
+            const auto* reference = OxDbBlockReference::cast(cell->object.get());
+            if (reference && !cell->erased && reference->blockTableRecord() == objectId())
+                ids.append(OxDbObjectId(cell));
         }
     }
     return Ox::eOk;
@@ -120,8 +120,8 @@ Ox::ErrorStatus OxDbBlockTableRecord::getBlockReferenceIds(OxDbObjectIdArray& id
 
 int OxDbBlockTableRecord::numEntities() const {
     int n = 0;
-    for (const OxDbStub* stub : m_impl->entities)
-        n += stub->erased ? 0 : 1;
+    for (const OxDbCell* cell : m_impl->entities)
+        n += cell->erased ? 0 : 1;
     return n;
 }
 
@@ -136,8 +136,8 @@ void OxDbBlockTableRecord::setOrigin(const OxGePoint3d& p) {
 }
 
 bool OxDbBlockTableRecord::hasAttributeDefinitions() const {
-    for (const OxDbStub* stub : m_impl->entities)
-        if (!stub->erased && OxDbAttributeDefinition::cast(stub->object.get())) return true;
+    for (const OxDbCell* cell : m_impl->entities)
+        if (!cell->erased && OxDbAttributeDefinition::cast(cell->object.get())) return true;
     return false;
 }
 
@@ -203,7 +203,7 @@ Ox::ErrorStatus OxDbBlockTableRecordIterator::getEntity(OxDbEntity*& entity, OxD
 Ox::ErrorStatus OxDbBlockTableRecordIterator::seek(const OxDbObjectId& id) {
     const auto& entities = m_block->impl()->entities;
     for (size_t i = 0; i < entities.size(); ++i) {
-        if (entities[i] == id.stub()) {
+        if (entities[i] == id.cell()) {
             m_pos = static_cast<long>(i);
             return Ox::eOk;
         }
@@ -218,7 +218,7 @@ OxDbObjectId appendEntityDirect(OxDbBlockTableRecord* block, OxDbEntity* entity)
     if (auto* viewport = OxDbViewport::cast(entity)) numberViewport(db, *block, viewport);
     OxDbObjectId id = makeResidentForWrite(db, entity, block->objectId());
     applyEntityDefaults(db, entity);
-    block->impl()->entities.push_back(id.stub());
+    block->impl()->entities.push_back(id.cell());
     entity->close();
     return id;
 }

@@ -29,13 +29,13 @@ template <class T, class V> Ox::ErrorStatus assignIf(bool writable, T& field, V&
 // eNotOpenForWrite (the owner is not open for write).
 Ox::ErrorStatus appendOwnedEntity(OxDbObject& owner, OxDbEntity* entity, OxDbObjectId& id);
 
-inline Store& storeOf(const OxDbStub* stub) { return stub->database->impl()->store; }
+inline Store& storeOf(const OxDbCell* cell) { return cell->database->impl()->store; }
 inline OxDbDatabase::Impl& implOf(const OxDbDatabase* db) { return *db->impl(); }
 
-// Records a misuse of `stub`'s object ("... not open for write").
-void recordMisuse(const OxDbStub* stub, std::wstring_view what);
+// Records a misuse of `cell`'s object ("... not open for write").
+void recordMisuse(const OxDbCell* cell, std::wstring_view what);
 
-// Makes `obj` resident in `db` (the reader's pending stub if any), owned by
+// Makes `obj` resident in `db` (the reader's pending cell if any), owned by
 // `owner`, open for write for the caller, and marks the drawing modified.
 OxDbObjectId makeResidentForWrite(OxDbDatabase* db, OxDbObject* obj, const OxDbObjectId& owner);
 
@@ -44,18 +44,18 @@ OxDbDatabase* databaseOrWorking(const OxDbObject* obj);
 
 // The object of an id, whatever its open state (null when there is none).
 inline OxDbObject* objectOf(const OxDbObjectId& id) {
-    OxDbStub* stub = id.stub();
-    return stub ? stub->object.get() : nullptr;
+    OxDbCell* cell = id.cell();
+    return cell ? cell->object.get() : nullptr;
 }
 
 // The host changing an object it manages (a layout's tab order when
 // another tab goes away), whatever the object's open state.
 template <class T, class F> void changeDirect(T* obj, F change) {
-    OxDbStub* stub = obj->stub();
-    const bool wasWriter = stub->writer;
-    stub->writer = true;
+    OxDbCell* cell = obj->cell();
+    const bool wasWriter = cell->writer;
+    cell->writer = true;
     change(*obj);
-    stub->writer = wasWriter;
+    cell->writer = wasWriter;
 }
 
 // Host-made records and entities, added without opening their owner and

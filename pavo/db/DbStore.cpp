@@ -2,56 +2,56 @@
 
 #include <algorithm>
 
-void pavo::db::OpenSet::insert(OxDbStub* stub) {
-    if (stub->openSlot != kNoSlot) return;
-    stub->openSlot = static_cast<std::uint32_t>(m_stubs.size());
-    m_stubs.push_back(stub);
+void pavo::db::OpenSet::insert(OxDbCell* cell) {
+    if (cell->openSlot != kNoSlot) return;
+    cell->openSlot = static_cast<std::uint32_t>(m_cells.size());
+    m_cells.push_back(cell);
 }
 
-void pavo::db::OpenSet::erase(OxDbStub* stub) {
-    const std::uint32_t slot = stub->openSlot;
-    if (slot == kNoSlot || slot >= m_stubs.size() || m_stubs[slot] != stub) return;
-    OxDbStub* last = m_stubs.back();
-    m_stubs[slot] = last;
+void pavo::db::OpenSet::erase(OxDbCell* cell) {
+    const std::uint32_t slot = cell->openSlot;
+    if (slot == kNoSlot || slot >= m_cells.size() || m_cells[slot] != cell) return;
+    OxDbCell* last = m_cells.back();
+    m_cells[slot] = last;
     last->openSlot = slot;
-    m_stubs.pop_back();
-    stub->openSlot = kNoSlot;
+    m_cells.pop_back();
+    cell->openSlot = kNoSlot;
 }
 
 void pavo::db::OpenSet::clear() {
-    for (OxDbStub* stub : m_stubs)
-        stub->openSlot = kNoSlot;
-    m_stubs.clear();
+    for (OxDbCell* cell : m_cells)
+        cell->openSlot = kNoSlot;
+    m_cells.clear();
 }
 
 namespace pavo::db {
 
-OxDbStub* Store::stubForHandle(std::uint64_t handle) {
+OxDbCell* Store::cellForHandle(std::uint64_t handle) {
     if (handle == 0) return nullptr;
-    if (OxDbStub* found = byHandle.find(handle)) return found;
-    OxDbStub& stub = stubs.emplace_back();
-    stub.handle = handle;
-    stub.database = database;
-    byHandle.insert(handle, &stub, stubs.size());
+    if (OxDbCell* found = byHandle.find(handle)) return found;
+    OxDbCell& cell = cells.emplace_back();
+    cell.handle = handle;
+    cell.database = database;
+    byHandle.insert(handle, &cell, cells.size());
     nextHandle = std::max(nextHandle, handle + 1);
-    return &stub;
+    return &cell;
 }
 
-OxDbStub* Store::newStub() {
+OxDbCell* Store::newCell() {
     while (byHandle.contains(nextHandle))
         ++nextHandle;
-    return stubForHandle(nextHandle);
+    return cellForHandle(nextHandle);
 }
 
-OxDbObjectId Store::attach(OxDbObject* obj, const OxDbObjectId& owner, OxDbStub* stub) {
-    if (!stub && pendingStub && !pendingStub->object) stub = pendingStub;
-    pendingStub = nullptr;
-    if (!stub || stub->object) stub = newStub();
-    stub->object.reset(obj);
-    stub->cls = obj->isA();
-    stub->owner = owner;
-    obj->attachStub(stub);
-    return OxDbObjectId(stub);
+OxDbObjectId Store::attach(OxDbObject* obj, const OxDbObjectId& owner, OxDbCell* cell) {
+    if (!cell && pendingCell && !pendingCell->object) cell = pendingCell;
+    pendingCell = nullptr;
+    if (!cell || cell->object) cell = newCell();
+    cell->object.reset(obj);
+    cell->cls = obj->isA();
+    cell->owner = owner;
+    obj->attachCell(cell);
+    return OxDbObjectId(cell);
 }
 
 } // namespace pavo::db

@@ -1,4 +1,4 @@
-// The object store of a database: one record (stub) per object, addressed
+// The object store of a database: one record (cell) per object, addressed
 // by id in O(1) and by handle through a hash map. Host internals, shared by
 // the database, the drawing files and the command line.
 #pragma once
@@ -22,7 +22,7 @@
 
 class OxDbLayoutManager;
 
-class OxDbStub : public OxDbStubHeader {
+class OxDbCell : public OxDbCellHeader {
 public:
     std::unique_ptr<OxDbObject> object; // null for a handle referred to before its object exists
     OxDbObjectId owner;
@@ -38,10 +38,10 @@ public:
 
 namespace pavo::db {
 
-// Whether `stub` holds an object of class `cls` or of a class derived from it.
-inline bool holdsKindOf(const OxDbStub* stub, const OxRxClass* cls) {
-    if (!stub || !stub->object) return false;
-    for (const OxRxClass* c = stub->cls; c; c = c->myParent())
+// Whether `cell` holds an object of class `cls` or of a class derived from it.
+inline bool holdsKindOf(const OxDbCell* cell, const OxRxClass* cls) {
+    if (!cell || !cell->object) return false;
+    for (const OxRxClass* c = cell->cls; c; c = c->myParent())
         if (c == cls) return true;
     return false;
 }
@@ -52,50 +52,50 @@ struct Misuse {
     std::wstring what;
 };
 
-// The stubs that are open, as a set without allocation per open: each stub
+// The cells that are open, as a set without allocation per open: each cell
 // knows its slot in the vector, so insert and erase are O(1).
 class OpenSet {
 public:
-    void insert(OxDbStub* stub);
-    void erase(OxDbStub* stub);
-    bool contains(const OxDbStub* stub) const { return stub->openSlot != kNoSlot; }
-    std::size_t count(const OxDbStub* stub) const { return contains(stub) ? 1 : 0; }
-    bool empty() const { return m_stubs.empty(); }
-    std::size_t size() const { return m_stubs.size(); }
-    auto begin() const { return m_stubs.begin(); }
-    auto end() const { return m_stubs.end(); }
-    // Forgets every open (the stubs' counts are left alone).
+    void insert(OxDbCell* cell);
+    void erase(OxDbCell* cell);
+    bool contains(const OxDbCell* cell) const { return cell->openSlot != kNoSlot; }
+    std::size_t count(const OxDbCell* cell) const { return contains(cell) ? 1 : 0; }
+    bool empty() const { return m_cells.empty(); }
+    std::size_t size() const { return m_cells.size(); }
+    auto begin() const { return m_cells.begin(); }
+    auto end() const { return m_cells.end(); }
+    // Forgets every open (the cells' counts are left alone).
     void clear();
 
 private:
     static constexpr std::uint32_t kNoSlot = 0xFFFFFFFFu;
-    std::vector<OxDbStub*> m_stubs;
+    std::vector<OxDbCell*> m_cells;
 };
 
 struct Store {
     explicit Store(OxDbDatabase* db) : database(db) {}
     OxDbDatabase* database;
-    StablePool<OxDbStub> stubs;
+    StablePool<OxDbCell> cells;
     HandleIndex byHandle;
     std::uint64_t nextHandle = 1;
 
-    // Open bookkeeping: every stub with readers or a writer.
+    // Open bookkeeping: every cell with readers or a writer.
     OpenSet open;
     std::vector<Misuse> misuses;
 
-    // The stub of `handle`, made (without an object) when missing.
-    OxDbStub* stubForHandle(std::uint64_t handle);
-    // A new stub with the next free handle.
-    OxDbStub* newStub();
-    // Makes `obj` resident under `stub` (or the pending stub, or a new
+    // The cell of `handle`, made (without an object) when missing.
+    OxDbCell* cellForHandle(std::uint64_t handle);
+    // A new cell with the next free handle.
+    OxDbCell* newCell();
+    // Makes `obj` resident under `cell` (or the pending cell, or a new
     // handle), owned by `owner`, not open. The handle seed moves past it.
-    OxDbObjectId attach(OxDbObject* obj, const OxDbObjectId& owner, OxDbStub* stub = nullptr);
+    OxDbObjectId attach(OxDbObject* obj, const OxDbObjectId& owner, OxDbCell* cell = nullptr);
 
     // The drawing reader gives objects their saved handles: the next object
     // made resident through the public API (table add, dictionary setAt,
-    // block append, attribute append) takes this stub instead of a new one.
-    void setPendingStub(OxDbStub* stub) { pendingStub = stub; }
-    OxDbStub* pendingStub = nullptr;
+    // block append, attribute append) takes this cell instead of a new one.
+    void setPendingCell(OxDbCell* cell) { pendingCell = cell; }
+    OxDbCell* pendingCell = nullptr;
 };
 
 } // namespace pavo::db

@@ -19,7 +19,7 @@ void OxDbDictionary::Impl::reindexFrom(std::size_t position) {
 
 OxDbObjectId pavo::db::dictionaryAddDirect(OxDbDictionary* dict, const wchar_t* key, OxDbObject* obj) {
     OxDbObjectId id = dict->database()->impl()->store.attach(obj, dict->objectId());
-    dict->impl()->entries.push_back({OxString(key), id.stub()});
+    dict->impl()->entries.push_back({OxString(key), id.cell()});
     dict->impl()->reindexFrom(dict->impl()->entries.size() - 1);
     dict->database()->impl()->modified = true;
     return id;
@@ -38,14 +38,14 @@ Ox::ErrorStatus OxDbDictionary::getAt(const wchar_t* key, OxDbObjectId& id) cons
     id.setNull();
     if (!key) return Ox::eInvalidInput;
     const long pos = m_impl->find(key);
-    if (pos < 0 || m_impl->entries[static_cast<size_t>(pos)].stub->erased) return Ox::eKeyNotFound;
-    id = OxDbObjectId(m_impl->entries[static_cast<size_t>(pos)].stub);
+    if (pos < 0 || m_impl->entries[static_cast<size_t>(pos)].cell->erased) return Ox::eKeyNotFound;
+    id = OxDbObjectId(m_impl->entries[static_cast<size_t>(pos)].cell);
     return Ox::eOk;
 }
 
 Ox::ErrorStatus OxDbDictionary::nameAt(const OxDbObjectId& id, OxString& key) const {
     for (const auto& entry : m_impl->entries) {
-        if (entry.stub == id.stub()) {
+        if (entry.cell == id.cell()) {
             key = entry.key;
             return Ox::eOk;
         }
@@ -62,14 +62,14 @@ bool OxDbDictionary::has(const wchar_t* key) const {
 bool OxDbDictionary::has(const OxDbObjectId& id) const {
     if (id.isNull() || id.isErased()) return false;
     for (const auto& entry : m_impl->entries)
-        if (entry.stub == id.stub()) return true;
+        if (entry.cell == id.cell()) return true;
     return false;
 }
 
 int OxDbDictionary::numEntries() const {
     int n = 0;
     for (const auto& entry : m_impl->entries)
-        n += entry.stub->erased ? 0 : 1;
+        n += entry.cell->erased ? 0 : 1;
     return n;
 }
 
@@ -88,24 +88,24 @@ Ox::ErrorStatus OxDbDictionary::setAt(const wchar_t* key, OxDbObject* object, Ox
     else if (!writeCheck())
         es = Ox::eNotOpenForWrite;
     if (es != Ox::eOk) {
-        if (db) db->impl()->store.pendingStub = nullptr;
+        if (db) db->impl()->store.pendingCell = nullptr;
         return es;
     }
     if (object->isDatabaseResident()) {
         id = object->objectId();
-        id.stub()->owner = objectId();
+        id.cell()->owner = objectId();
     } else {
         id = makeResidentForWrite(db, object, objectId());
     }
     const long pos = m_impl->find(key);
     if (pos >= 0) {
         Impl::Entry& entry = m_impl->entries[static_cast<size_t>(pos)];
-        if (entry.stub != id.stub()) entry.stub->erased = true; // the replaced object
+        if (entry.cell != id.cell()) entry.cell->erased = true; // the replaced object
         m_impl->byKey.erase(pavo::foldCase(entry.key.view()));
-        entry = {OxString(key), id.stub()};
+        entry = {OxString(key), id.cell()};
         m_impl->reindexFrom(static_cast<size_t>(pos));
     } else {
-        m_impl->entries.push_back({OxString(key), id.stub()});
+        m_impl->entries.push_back({OxString(key), id.cell()});
         m_impl->reindexFrom(m_impl->entries.size() - 1);
     }
     return Ox::eOk;
@@ -123,7 +123,7 @@ Ox::ErrorStatus OxDbDictionary::remove(const wchar_t* key, OxDbObjectId& id) {
     if (pos < 0) return Ox::eKeyNotFound;
     if (!writeCheck()) return Ox::eNotOpenForWrite;
     const auto at = m_impl->entries.begin() + pos;
-    id = OxDbObjectId(at->stub);
+    id = OxDbObjectId(at->cell);
     m_impl->byKey.erase(pavo::foldCase(at->key.view()));
     m_impl->entries.erase(at);
     m_impl->reindexFrom(static_cast<size_t>(pos));
@@ -158,7 +158,7 @@ OxDbDictionaryIterator::~OxDbDictionaryIterator() = default;
 bool OxDbDictionaryIterator::done() const { return m_pos >= static_cast<long>(dictOf(m_dict).entries.size()); }
 
 void OxDbDictionaryIterator::skip() {
-    while (!done() && dictOf(m_dict).entries[static_cast<size_t>(m_pos)].stub->erased)
+    while (!done() && dictOf(m_dict).entries[static_cast<size_t>(m_pos)].cell->erased)
         ++m_pos;
 }
 
@@ -174,5 +174,5 @@ const wchar_t* OxDbDictionaryIterator::name() const {
 }
 
 OxDbObjectId OxDbDictionaryIterator::objectId() const {
-    return done() ? OxDbObjectId() : OxDbObjectId(dictOf(m_dict).entries[static_cast<size_t>(m_pos)].stub);
+    return done() ? OxDbObjectId() : OxDbObjectId(dictOf(m_dict).entries[static_cast<size_t>(m_pos)].cell);
 }

@@ -12,7 +12,7 @@
 struct OxDbDictionary::Impl {
     struct Entry {
         OxString key;
-        OxDbStub* stub;
+        OxDbCell* cell;
     };
     std::vector<Entry> entries;
     std::unordered_map<std::wstring, std::size_t> byKey; // folded key -> position in entries

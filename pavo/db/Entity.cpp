@@ -15,7 +15,7 @@ Ox::ErrorStatus OxDbEntity::setLayer(const OxDbObjectId& layerId, bool) {
     if (layerId.isErased()) return Ox::eWasErased;
     // An id whose object is not read yet (a drawing being loaded) is taken
     // as it is; anything else must be a layer.
-    const OxDbStub* target = layerId.stub();
+    const OxDbCell* target = layerId.cell();
     if (target->object && !holdsKindOf(target, OxDbLayerTableRecord::desc())) return Ox::eInvalidLayer;
     return assignIf(writeCheck(), m_layer, layerId);
 }

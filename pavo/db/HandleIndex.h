@@ -1,4 +1,4 @@
-// Stubs by handle. Handles of a drawing are nearly dense (1 to the handle
+// Cells by handle. Handles of a drawing are nearly dense (1 to the handle
 // seed), so most live in a vector indexed by handle; a handle far beyond
 // the others (hand-written files may have any) goes to a hash map.
 #pragma once
@@ -7,44 +7,44 @@
 #include <unordered_map>
 #include <vector>
 
-class OxDbStub;
+class OxDbCell;
 
 namespace pavo::db {
 
 class HandleIndex {
 public:
-    OxDbStub* find(std::uint64_t handle) const {
+    OxDbCell* find(std::uint64_t handle) const {
         if (handle < m_dense.size()) return m_dense[handle];
         auto it = m_sparse.find(handle);
         return it == m_sparse.end() ? nullptr : it->second;
     }
     bool contains(std::uint64_t handle) const { return find(handle) != nullptr; }
-    // Where the stub of a dense handle is kept (null for the others), for
+    // Where the cell of a dense handle is kept (null for the others), for
     // fetching it into the cache ahead of use.
     const void* denseSlot(std::uint64_t handle) const { return handle < m_dense.size() ? &m_dense[handle] : nullptr; }
-    // The stub of a dense handle, without looking further (null when none).
-    OxDbStub* findDense(std::uint64_t handle) const { return handle < m_dense.size() ? m_dense[handle] : nullptr; }
+    // The cell of a dense handle, without looking further (null when none).
+    OxDbCell* findDense(std::uint64_t handle) const { return handle < m_dense.size() ? m_dense[handle] : nullptr; }
     // Room for handles below `handles` without moving the index (a reader
     // that knows the drawing's handle seed).
     void reserve(std::uint64_t handles) { m_dense.reserve(static_cast<std::size_t>(handles)); }
-    // `stub` must not be null and `handle` not yet present.
-    void insert(std::uint64_t handle, OxDbStub* stub, std::size_t stubCount) {
+    // `cell` must not be null and `handle` not yet present.
+    void insert(std::uint64_t handle, OxDbCell* cell, std::size_t cellCount) {
         // Dense while the vector stays within a few times the number of
         // objects; a stray huge handle must not allocate gigabytes.
-        const std::uint64_t limit = 4 * static_cast<std::uint64_t>(stubCount) + 4096;
+        const std::uint64_t limit = 4 * static_cast<std::uint64_t>(cellCount) + 4096;
         if (handle < m_dense.size()) {
-            m_dense[handle] = stub;
+            m_dense[handle] = cell;
         } else if (handle < limit) {
             m_dense.resize(std::max<std::uint64_t>(handle + 1, m_dense.size() * 3 / 2), nullptr);
-            m_dense[handle] = stub;
+            m_dense[handle] = cell;
         } else {
-            m_sparse.emplace(handle, stub);
+            m_sparse.emplace(handle, cell);
         }
     }
 
 private:
-    std::vector<OxDbStub*> m_dense;
-    std::unordered_map<std::uint64_t, OxDbStub*> m_sparse;
+    std::vector<OxDbCell*> m_dense;
+    std::unordered_map<std::uint64_t, OxDbCell*> m_sparse;
 };
 
 } // namespace pavo::db

@@ -118,8 +118,8 @@ Ox::ErrorStatus OxDbLayerStateManager::saveLayerState(const wchar_t* name, Layer
 
     std::vector<OxDbLayerState::LayerEntry> entries;
     entries.reserve(layers->impl()->records.size());
-    for (const OxDbStub* stub : layers->impl()->records)
-        if (const auto* layer = OxDbLayerTableRecord::cast(stub->object.get()); layer && !stub->erased)
+    for (const OxDbCell* cell : layers->impl()->records)
+        if (const auto* layer = OxDbLayerTableRecord::cast(cell->object.get()); layer && !cell->erased)
             entries.push_back(entryOf(*layer, viewport));
 
     auto* state = new OxDbLayerState();
@@ -151,7 +151,7 @@ Ox::ErrorStatus OxDbLayerStateManager::restoreLayerState(const wchar_t* name, co
         if (layers->getIdAt(e.name, id) == Ox::eOk) m_db->setClayer(id);
     }
 
-    std::unordered_set<const OxDbStub*> restored;
+    std::unordered_set<const OxDbCell*> restored;
     for (const auto& e : state->layers()) {
         OxDbObjectId id;
         if (layers->getIdAt(e.name, id) != Ox::eOk) continue; // deleted or renamed since
@@ -159,7 +159,7 @@ Ox::ErrorStatus OxDbLayerStateManager::restoreLayerState(const wchar_t* name, co
         if (oxdbOpenObject(layer, id, OxDb::kForWrite) != Ox::eOk) continue; // left as it is
         applyEntry(*layer, e, useMask, viewportId, asOverrides);
         layer->close();
-        restored.insert(id.stub());
+        restored.insert(id.cell());
     }
 
     if ((useMask & kCurrentViewport) && !viewportId.isNull()) {
@@ -178,10 +178,10 @@ Ox::ErrorStatus OxDbLayerStateManager::restoreLayerState(const wchar_t* name, co
 
     // Layers the state does not know about.
     if (restoreFlags & (kUndefTurnOff | kUndefFreeze)) {
-        for (OxDbStub* stub : layers->impl()->records) {
-            if (restored.count(stub) || stub->erased) continue;
+        for (OxDbCell* cell : layers->impl()->records) {
+            if (restored.count(cell) || cell->erased) continue;
             OxDbLayerTableRecord* layer = nullptr;
-            if (oxdbOpenObject(layer, OxDbObjectId(stub), OxDb::kForWrite) != Ox::eOk) continue;
+            if (oxdbOpenObject(layer, OxDbObjectId(cell), OxDb::kForWrite) != Ox::eOk) continue;
             if (restoreFlags & kUndefTurnOff) layer->setIsOff(true);
             if (restoreFlags & kUndefFreeze) layer->setIsFrozen(true);
             layer->close();
@@ -207,7 +207,7 @@ Ox::ErrorStatus OxDbLayerStateManager::deleteLayerState(const wchar_t* name) {
     if (!states || !hasLayerState(name)) return Ox::eKeyNotFound;
     OxDbObjectId id;
     changeDirect(states, [&](OxDbDictionary& d) { d.remove(name, id); });
-    if (OxDbStub* stub = id.stub()) stub->erased = true;
+    if (OxDbCell* cell = id.cell()) cell->erased = true;
     return Ox::eOk;
 }
 

@@ -16,14 +16,14 @@ const OxRxClass* OxDbLayerTable::recordClass() const { return OxDbLayerTableReco
 
 namespace {
 
-void markLayerOf(const OxDbStub* entityStub) {
-    if (entityStub->erased) return;
-    const auto* entity = OxDbEntity::cast(entityStub->object.get());
+void markLayerOf(const OxDbCell* entityCell) {
+    if (entityCell->erased) return;
+    const auto* entity = OxDbEntity::cast(entityCell->object.get());
     if (!entity) return;
     if (auto* layer = OxDbLayerTableRecord::cast(objectOf(entity->layerId()))) layer->setIsInUseBit(true);
     if (const auto* reference = OxDbBlockReference::cast(entity)) {
         for (const OxDbObjectId& attribute : reference->attributeIds())
-            if (attribute.stub()) markLayerOf(attribute.stub());
+            if (attribute.cell()) markLayerOf(attribute.cell());
     }
 }
 
@@ -33,20 +33,20 @@ void markLayerOf(const OxDbStub* entityStub) {
 // only inside a block definition is in use as well.
 void OxDbLayerTable::generateUsageData() {
     OxDbDatabase* db = database();
-    for (OxDbStub* stub : impl()->records)
-        if (auto* layer = OxDbLayerTableRecord::cast(stub->object.get())) layer->setIsInUseBit(false);
+    for (OxDbCell* cell : impl()->records)
+        if (auto* layer = OxDbLayerTableRecord::cast(cell->object.get())) layer->setIsInUseBit(false);
     if (!db) return;
     if (auto* blocks = OxDbBlockTable::cast(objectOf(db->blockTableId()))) {
-        for (OxDbStub* blockStub : blocks->impl()->records) {
-            const auto* block = OxDbBlockTableRecord::cast(blockStub->object.get());
-            if (!block || blockStub->erased) continue;
-            for (const OxDbStub* entityStub : block->impl()->entities)
-                markLayerOf(entityStub);
+        for (OxDbCell* blockCell : blocks->impl()->records) {
+            const auto* block = OxDbBlockTableRecord::cast(blockCell->object.get());
+            if (!block || blockCell->erased) continue;
+            for (const OxDbCell* entityCell : block->impl()->entities)
+                markLayerOf(entityCell);
         }
     }
     for (const OxDbObjectId& id : {db->layerZero(), db->clayer()})
         if (auto* layer = OxDbLayerTableRecord::cast(objectOf(id))) layer->setIsInUseBit(true);
-    if (OxDbStub* defpoints = impl()->find(L"DEFPOINTS"))
+    if (OxDbCell* defpoints = impl()->find(L"DEFPOINTS"))
         if (auto* layer = OxDbLayerTableRecord::cast(defpoints->object.get())) layer->setIsInUseBit(true);
 }
 
@@ -160,7 +160,7 @@ Ox::ErrorStatus OxDbLayerTableRecord::setMaterialId(const OxDbObjectId& id) {
 Ox::ErrorStatus OxDbLayerTableRecord::plotStyleName(OxString& name) const {
     name.setEmpty();
     if (m_plotStyle.isNull()) return Ox::eKeyNotFound;
-    auto* styles = OxDbDictionary::cast(objectOf(m_plotStyle.stub()->owner));
+    auto* styles = OxDbDictionary::cast(objectOf(m_plotStyle.cell()->owner));
     if (!styles) return Ox::eKeyNotFound;
     return styles->nameAt(m_plotStyle, name);
 }

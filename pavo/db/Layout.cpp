@@ -95,8 +95,8 @@ OxDbObjectIdArray OxDbLayout::getViewportArray() const {
     OxDbObjectIdArray ids;
     if (isModelLayout()) return ids;
     if (const auto* block = OxDbBlockTableRecord::cast(objectOf(m_block))) {
-        for (OxDbStub* stub : block->impl()->entities)
-            if (!stub->erased && OxDbViewport::cast(stub->object.get())) ids.append(OxDbObjectId(stub));
+        for (OxDbCell* cell : block->impl()->entities)
+            if (!cell->erased && OxDbViewport::cast(cell->object.get())) ids.append(OxDbObjectId(cell));
     }
     return ids;
 }

@@ -30,8 +30,8 @@ std::vector<OxDbLayout*> paperLayouts(const OxDbDatabase* db) {
     OxDbDictionary* layouts = layoutsOf(db);
     if (!layouts) return out;
     for (const auto& entry : layouts->impl()->entries) {
-        auto* layout = OxDbLayout::cast(entry.stub->object.get());
-        if (layout && !entry.stub->erased && !layout->isModelLayout()) out.push_back(layout);
+        auto* layout = OxDbLayout::cast(entry.cell->object.get());
+        if (layout && !entry.cell->erased && !layout->isModelLayout()) out.push_back(layout);
     }
     std::stable_sort(out.begin(), out.end(),
                      [](const OxDbLayout* a, const OxDbLayout* b) { return a->getTabOrder() < b->getTabOrder(); });
@@ -165,7 +165,7 @@ Ox::ErrorStatus PavoLayoutManager::renameLayout(const wchar_t* oldName, const wc
     OxDbDictionary* layouts = layoutsOf(d);
     auto& entries = layouts->impl()->entries;
     for (size_t i = 0; i < entries.size(); ++i) {
-        if (entries[i].stub != layout->stub()) continue;
+        if (entries[i].cell != layout->cell()) continue;
         layouts->impl()->byKey.erase(pavo::foldCase(entries[i].key.view()));
         entries[i].key = newName;
         layouts->impl()->byKey[pavo::foldCase(entries[i].key.view())] = i;
@@ -184,18 +184,18 @@ Ox::ErrorStatus PavoLayoutManager::deleteLayout(const wchar_t* name, OxDbDatabas
     OxDbDictionary* layouts = layoutsOf(d);
     auto& entries = layouts->impl()->entries;
     for (size_t i = 0; i < entries.size(); ++i) {
-        if (entries[i].stub != layout->stub()) continue;
+        if (entries[i].cell != layout->cell()) continue;
         layouts->impl()->byKey.erase(pavo::foldCase(entries[i].key.view()));
         entries.erase(entries.begin() + static_cast<long>(i));
         layouts->impl()->reindexFrom(i);
         break;
     }
     if (auto* block = OxDbBlockTableRecord::cast(objectOf(layout->getBlockTableRecordId()))) {
-        for (OxDbStub* stub : block->impl()->entities)
-            stub->erased = true;
+        for (OxDbCell* cell : block->impl()->entities)
+            cell->erased = true;
         setErasedDirect(block->objectId(), true);
     }
-    layout->stub()->erased = true;
+    layout->cell()->erased = true;
     // The remaining tabs close the gap.
     int order = 1;
     for (OxDbLayout* other : paperLayouts(d)) {

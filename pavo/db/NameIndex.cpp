@@ -18,36 +18,36 @@ std::size_t NameIndex::probe(std::wstring_view name, std::size_t hash) const {
     const std::size_t mask = m_slots.size() - 1;
     for (std::size_t i = home(hash);; i = (i + 1) & mask) {
         const Slot& slot = m_slots[i];
-        if (!slot.stub) return i;
-        if (slot.hash == hash && equalNoCase(recordName(slot.stub), name)) return i;
+        if (!slot.cell) return i;
+        if (slot.hash == hash && equalNoCase(recordName(slot.cell), name)) return i;
     }
 }
 
-OxDbStub* NameIndex::find(std::wstring_view name) const {
+OxDbCell* NameIndex::find(std::wstring_view name) const {
     if (m_count == 0) return nullptr;
-    return m_slots[probe(name, hashNoCase(name))].stub;
+    return m_slots[probe(name, hashNoCase(name))].cell;
 }
 
-bool NameIndex::insert(std::wstring_view name, OxDbStub* stub) {
+bool NameIndex::insert(std::wstring_view name, OxDbCell* cell) {
     if (2 * (m_count + 1) > m_slots.size()) grow();
     const std::size_t hash = hashNoCase(name);
     Slot& slot = m_slots[probe(name, hash)];
-    if (slot.stub) return false;
-    slot = Slot{hash, stub};
+    if (slot.cell) return false;
+    slot = Slot{hash, cell};
     ++m_count;
     return true;
 }
 
-void NameIndex::erase(std::wstring_view name, const OxDbStub* stub) {
+void NameIndex::erase(std::wstring_view name, const OxDbCell* cell) {
     if (m_count == 0) return;
     const std::size_t mask = m_slots.size() - 1;
     const std::size_t hash = hashNoCase(name);
     std::size_t hole = home(hash);
-    for (; m_slots[hole].stub != stub; hole = (hole + 1) & mask)
-        if (!m_slots[hole].stub) return; // not listed
+    for (; m_slots[hole].cell != cell; hole = (hole + 1) & mask)
+        if (!m_slots[hole].cell) return; // not listed
     // Moves back the slots after the hole that would no longer be found
     // from their home, so that no probe stops short at the hole.
-    for (std::size_t next = (hole + 1) & mask; m_slots[next].stub; next = (next + 1) & mask) {
+    for (std::size_t next = (hole + 1) & mask; m_slots[next].cell; next = (next + 1) & mask) {
         const std::size_t want = home(m_slots[next].hash);
         const bool reachable = hole <= next ? (want <= hole || want > next) : (want <= hole && want > next);
         if (reachable) {
@@ -64,9 +64,9 @@ void NameIndex::grow() {
     old.swap(m_slots);
     const std::size_t mask = m_slots.size() - 1;
     for (const Slot& slot : old) {
-        if (!slot.stub) continue;
+        if (!slot.cell) continue;
         std::size_t i = home(slot.hash);
-        while (m_slots[i].stub)
+        while (m_slots[i].cell)
             i = (i + 1) & mask;
         m_slots[i] = slot;
     }

@@ -1,5 +1,5 @@
 // The name index of a symbol table: the live records by name, any letter
-// case. An open-addressing table of (hash of the folded name, stub): names
+// case. An open-addressing table of (hash of the folded name, cell): names
 // are not copied, since each record holds its own, and a name not in the
 // table (every record of a drawing being read) costs one probe of one array.
 #pragma once
@@ -8,25 +8,25 @@
 #include <string_view>
 #include <vector>
 
-class OxDbStub;
+class OxDbCell;
 
 namespace pavo::db {
 
 class NameIndex {
 public:
     // The live record called `name` (any case), or null.
-    OxDbStub* find(std::wstring_view name) const;
-    // Lists `stub`, a record called `name`; false (and nothing changed) when
+    OxDbCell* find(std::wstring_view name) const;
+    // Lists `cell`, a record called `name`; false (and nothing changed) when
     // another record has that name.
-    bool insert(std::wstring_view name, OxDbStub* stub);
-    // Unlists `stub`, listed under `name` (its name when it was listed).
-    void erase(std::wstring_view name, const OxDbStub* stub);
+    bool insert(std::wstring_view name, OxDbCell* cell);
+    // Unlists `cell`, listed under `name` (its name when it was listed).
+    void erase(std::wstring_view name, const OxDbCell* cell);
     std::size_t size() const { return m_count; }
 
 private:
     struct Slot {
         std::size_t hash = 0;
-        OxDbStub* stub = nullptr; // null: empty
+        OxDbCell* cell = nullptr; // null: empty
     };
     std::size_t home(std::size_t hash) const;
     // The slot of `name`, or the empty slot where it would go.

@@ -37,6 +37,6 @@ bool OxDbHandle::parse(const wchar_t* text, OxDbHandle& out) {
     return true;
 }
 
-bool OxDbObjectId::isValid() const { return m_stub && m_stub->object != nullptr; }
+bool OxDbObjectId::isValid() const { return m_cell && m_cell->object != nullptr; }
 
-bool OxDbObjectId::isErased() const { return m_stub && m_stub->erased; }
+bool OxDbObjectId::isErased() const { return m_cell && m_cell->erased; }

@@ -99,8 +99,8 @@ int IsValidName(wchar_t* name) { return oxdbGetSymbolSvc()->checkSymbolName(name
 
 // ------------------------------------------------------------ entity names
 
-// ename[0] holds the stub, ename[1] its database; the database is checked
-// against the live ones before the stub is trusted.
+// ename[0] holds the cell, ename[1] its database; the database is checked
+// against the live ones before the cell is trusted.
 Ox::ErrorStatus oxdbGetObjectId(OxDbObjectId& id, const ox_name ename) {
     id.setNull();
     if (!ename || ename[0] == 0) return Ox::eNullObjectId;
@@ -109,15 +109,15 @@ Ox::ErrorStatus oxdbGetObjectId(OxDbObjectId& id, const ox_name ename) {
         std::lock_guard lock(liveDatabasesMutex());
         if (!liveDatabases().count(db)) return Ox::eInvalidInput;
     }
-    auto* stub = reinterpret_cast<OxDbStub*>(ename[0]);
-    if (stub->database != db) return Ox::eInvalidInput;
-    id = OxDbObjectId(stub);
+    auto* cell = reinterpret_cast<OxDbCell*>(ename[0]);
+    if (cell->database != db) return Ox::eInvalidInput;
+    id = OxDbObjectId(cell);
     return Ox::eOk;
 }
 
 Ox::ErrorStatus oxdbGetOxDbName(ox_name ename, const OxDbObjectId& id) {
     if (!ename) return Ox::eInvalidInput;
-    ename[0] = reinterpret_cast<long>(id.stub());
+    ename[0] = reinterpret_cast<long>(id.cell());
     ename[1] = reinterpret_cast<long>(id.database());
     return id.isNull() ? Ox::eNullObjectId : Ox::eOk;
 }

@@ -1,4 +1,4 @@
-// Elements at stable addresses, made in blocks of about 120 KB: the stubs
+// Elements at stable addresses, made in blocks of about 120 KB: the cells
 // of a drawing of a million objects take a few hundred allocations rather
 // than a hundred thousand (a deque's blocks hold nine).
 #pragma once

@@ -9,41 +9,41 @@ OX_RX_DEFINE_MEMBERS(OxDbSymbolTableRecord, OxDbObject)
 
 using namespace pavo::db;
 
-std::wstring_view pavo::db::recordName(const OxDbStub* stub) {
-    const auto* record = OxDbSymbolTableRecord::cast(stub ? stub->object.get() : nullptr);
+std::wstring_view pavo::db::recordName(const OxDbCell* cell) {
+    const auto* record = OxDbSymbolTableRecord::cast(cell ? cell->object.get() : nullptr);
     return record ? record->name().view() : std::wstring_view();
 }
 
-OxDbStub* OxDbSymbolTable::Impl::find(std::wstring_view name) const { return byName.find(name); }
+OxDbCell* OxDbSymbolTable::Impl::find(std::wstring_view name) const { return byName.find(name); }
 
-OxDbStub* OxDbSymbolTable::Impl::findErased(std::wstring_view name) const {
-    for (OxDbStub* stub : records)
-        if (stub->erased && pavo::equalNoCase(recordName(stub), name)) return stub;
+OxDbCell* OxDbSymbolTable::Impl::findErased(std::wstring_view name) const {
+    for (OxDbCell* cell : records)
+        if (cell->erased && pavo::equalNoCase(recordName(cell), name)) return cell;
     return nullptr;
 }
 
-bool OxDbSymbolTable::Impl::insert(OxDbStub* stub) {
-    if (!byName.insert(recordName(stub), stub)) return false;
-    records.push_back(stub);
+bool OxDbSymbolTable::Impl::insert(OxDbCell* cell) {
+    if (!byName.insert(recordName(cell), cell)) return false;
+    records.push_back(cell);
     ++live;
     return true;
 }
 
-Ox::ErrorStatus OxDbSymbolTable::Impl::onErase(OxDbStub* stub, bool erasing) {
-    const std::wstring_view name = recordName(stub);
+Ox::ErrorStatus OxDbSymbolTable::Impl::onErase(OxDbCell* cell, bool erasing) {
+    const std::wstring_view name = recordName(cell);
     if (erasing) {
-        byName.erase(name, stub);
+        byName.erase(name, cell);
         --live;
         return Ox::eOk;
     }
-    if (!byName.insert(name, stub)) return Ox::eDuplicateRecordName;
+    if (!byName.insert(name, cell)) return Ox::eDuplicateRecordName;
     ++live;
     return Ox::eOk;
 }
 
-void OxDbSymbolTable::Impl::rename(OxDbStub* stub, std::wstring_view oldName, std::wstring_view newName) {
-    byName.erase(oldName, stub);
-    byName.insert(newName, stub);
+void OxDbSymbolTable::Impl::rename(OxDbCell* cell, std::wstring_view oldName, std::wstring_view newName) {
+    byName.erase(oldName, cell);
+    byName.insert(newName, cell);
 }
 
 namespace {
@@ -67,17 +67,17 @@ OxDbSymbolTable::~OxDbSymbolTable() { delete m_impl; }
 Ox::ErrorStatus OxDbSymbolTable::getIdAt(const wchar_t* name, OxDbObjectId& id, bool getErased) const {
     id.setNull();
     if (!name) return Ox::eInvalidInput;
-    OxDbStub* stub = m_impl->find(name);
-    if (!stub && getErased) stub = m_impl->findErased(name);
-    if (!stub) return Ox::eKeyNotFound;
-    id = OxDbObjectId(stub);
+    OxDbCell* cell = m_impl->find(name);
+    if (!cell && getErased) cell = m_impl->findErased(name);
+    if (!cell) return Ox::eKeyNotFound;
+    id = OxDbObjectId(cell);
     return Ox::eOk;
 }
 
 bool OxDbSymbolTable::has(const wchar_t* name) const { return name && m_impl->find(name) != nullptr; }
 
 bool OxDbSymbolTable::has(const OxDbObjectId& id) const {
-    return !id.isNull() && stub() && id.stub()->owner == objectId() && !id.isErased();
+    return !id.isNull() && cell() && id.cell()->owner == objectId() && !id.isErased();
 }
 
 Ox::ErrorStatus OxDbSymbolTable::newIterator(OxDbSymbolTableIterator*& it, bool atBeginning, bool skipDeleted) const {
@@ -105,12 +105,12 @@ Ox::ErrorStatus OxDbSymbolTable::add(OxDbObjectId& id, OxDbSymbolTableRecord* re
         es = checkRecordName(*this, record->getName());
     if (es == Ox::eOk && m_impl->find(record->name().view())) es = Ox::eDuplicateRecordName;
     if (es != Ox::eOk) {
-        if (db) db->impl()->store.pendingStub = nullptr; // the reader's handle is not used
+        if (db) db->impl()->store.pendingCell = nullptr; // the reader's handle is not used
         return es;
     }
     if (auto* layer = OxDbLayerTableRecord::cast(record)) applyNewLayerDefaults(db, layer);
     id = makeResidentForWrite(db, record, objectId());
-    m_impl->insert(id.stub());
+    m_impl->insert(id.cell());
     return Ox::eOk;
 }
 
@@ -131,13 +131,13 @@ Ox::ErrorStatus OxDbSymbolTableRecord::setName(const wchar_t* name) {
     auto* table = OxDbSymbolTable::cast(objectOf(ownerId()));
     if (table && !isErased()) {
         if (checkRecordName(*table, name) != Ox::eOk) return Ox::eInvalidSymbolTableName;
-        OxDbStub* holder = table->impl()->find(name);
-        if (holder && holder != stub()) return Ox::eDuplicateRecordName;
+        OxDbCell* holder = table->impl()->find(name);
+        if (holder && holder != cell()) return Ox::eDuplicateRecordName;
     }
     if (!writeCheck()) return Ox::eNotOpenForWrite;
     OxString old = std::move(m_name);
     m_name = name;
-    if (table && !isErased()) table->impl()->rename(stub(), old.view(), m_name.view());
+    if (table && !isErased()) table->impl()->rename(cell(), old.view(), m_name.view());
     return Ox::eOk;
 }
 
@@ -192,7 +192,7 @@ void OxDbSymbolTableIterator::step(bool forward, bool skipDeleted) {
 Ox::ErrorStatus OxDbSymbolTableIterator::seek(const OxDbObjectId& id) {
     const auto& records = tableOf(m_table).records;
     for (size_t i = 0; i < records.size(); ++i) {
-        if (records[i] == id.stub()) {
+        if (records[i] == id.cell()) {
             m_pos = static_cast<long>(i);
             return Ox::eOk;
         }
@@ -204,7 +204,7 @@ OxDbObjectId pavo::db::addRecordDirect(OxDbSymbolTable* table, OxDbSymbolTableRe
     OxDbDatabase* db = table->database();
     if (auto* layer = OxDbLayerTableRecord::cast(record)) applyNewLayerDefaults(db, layer);
     OxDbObjectId id = makeResidentForWrite(db, record, table->objectId());
-    table->impl()->insert(id.stub());
+    table->impl()->insert(id.cell());
     record->close();
     return id;
 }

@@ -10,32 +10,32 @@
 #include "OxDbSymbolTable.h"
 
 struct OxDbSymbolTable::Impl {
-    std::vector<OxDbStub*> records; // erased ones too
+    std::vector<OxDbCell*> records; // erased ones too
     pavo::db::NameIndex byName;     // live records only
     int live = 0;
 
     // The live record of that name (any case), or null.
-    OxDbStub* find(std::wstring_view name) const;
+    OxDbCell* find(std::wstring_view name) const;
     // An erased record of that name, or null (a scan: erased lookups are rare).
-    OxDbStub* findErased(std::wstring_view name) const;
+    OxDbCell* findErased(std::wstring_view name) const;
     // Lists a record that was just made resident; false (nothing listed)
     // when a live record has its name.
-    bool insert(OxDbStub* stub);
+    bool insert(OxDbCell* cell);
     // Keeps the index when a record is erased or unerased;
     // eDuplicateRecordName when unerasing a name taken meanwhile.
-    Ox::ErrorStatus onErase(OxDbStub* stub, bool erasing);
+    Ox::ErrorStatus onErase(OxDbCell* cell, bool erasing);
     // Moves a live record to a new name in the index.
-    void rename(OxDbStub* stub, std::wstring_view oldName, std::wstring_view newName);
+    void rename(OxDbCell* cell, std::wstring_view oldName, std::wstring_view newName);
 };
 
 struct OxDbBlockTableRecord::Impl {
-    std::vector<OxDbStub*> entities; // in order of appending, erased ones too
+    std::vector<OxDbCell*> entities; // in order of appending, erased ones too
 };
 
 namespace pavo::db {
 
-// The name of a record's stub ("" when it holds no record).
-std::wstring_view recordName(const OxDbStub* stub);
+// The name of a record's cell ("" when it holds no record).
+std::wstring_view recordName(const OxDbCell* cell);
 
 // Gives a layer record added to `db` what a new layer has by default
 // (continuous linetype, the "Normal" plot style, the global material) for

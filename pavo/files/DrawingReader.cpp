@@ -182,9 +182,9 @@ private:
     // ------------------------------------------------------------ roots
 
     template <class T> bool root(sj::value& v, OxDbObjectId& id) {
-        OxDbStub* stub = nullptr;
-        if (!m_ctx.define(v, stub)) return false;
-        id = pavo::db::createRootObject(&m_ctx.db, new T, stub);
+        OxDbCell* cell = nullptr;
+        if (!m_ctx.define(v, cell)) return false;
+        id = pavo::db::createRootObject(&m_ctx.db, new T, cell);
         return !id.isNull() || m_ctx.fail(JsonIn::where(v), "the database refused the object");
     }
 
@@ -219,28 +219,28 @@ private:
     bool dictionary(sj::value& v, OxDbObjectId& id) {
         static const KeyTable keys{"h", "key"};
         std::uint64_t seen = 0;
-        OxDbStub* stub = nullptr;
+        OxDbCell* cell = nullptr;
         OxString key;
         const char* at = JsonIn::where(v);
         bool ok = m_ctx.fields(v, keys, "a dictionary", seen, [&](int k, sj::value& value) {
-            return k == 0 ? m_ctx.define(value, stub) : m_ctx.nonEmptyText(value, key);
+            return k == 0 ? m_ctx.define(value, cell) : m_ctx.nonEmptyText(value, key);
         });
         if (!ok || !m_ctx.requireKeys(seen, 1, keys, "a dictionary", at)) return false;
         if (key.isEmpty()) {
-            id = pavo::db::createRootObject(&m_ctx.db, new OxDbDictionary, stub);
+            id = pavo::db::createRootObject(&m_ctx.db, new OxDbDictionary, cell);
             return !id.isNull() || m_ctx.fail(at, "the database refused the dictionary");
         }
         WriteOpen<OxDbDictionary> nod(m_ctx.impl.namedObjects);
         if (!nod) return m_ctx.fail(at, "the named-objects dictionary cannot be opened");
         if (nod->has(key.kwszPtr())) return m_ctx.fail(at, "duplicate key \"" + key.utf8() + "\" in namedObjects");
-        return addToDictionary(*nod.get(), key, new OxDbDictionary, stub, at, "the dictionary", id);
+        return addToDictionary(*nod.get(), key, new OxDbDictionary, cell, at, "the dictionary", id);
     }
 
     // Adds `obj` (owned from here on) under `key`, keeping the saved handle.
-    bool addToDictionary(OxDbDictionary& dict, const OxString& key, OxDbObject* obj, OxDbStub* stub, const char* at,
+    bool addToDictionary(OxDbDictionary& dict, const OxString& key, OxDbObject* obj, OxDbCell* cell, const char* at,
                          std::string_view what, OxDbObjectId& id) {
         std::unique_ptr<OxDbObject> owned(obj);
-        m_ctx.expectStub(stub);
+        m_ctx.expectCell(cell);
         if (!m_ctx.accepted(dict.setAt(key.kwszPtr(), obj, id), at, what)) return false;
         owned.release()->close();
         return true;
@@ -250,20 +250,20 @@ private:
 
     // The fields of a list of named records: "h" and "name" required.
     struct Named {
-        OxDbStub* stub = nullptr;
+        OxDbCell* cell = nullptr;
         OxString name;
         const char* nameAt = nullptr;
         const char* at = nullptr;
     };
     bool nameField(int key, sj::value& value, Named& n) {
-        if (key == 0) return m_ctx.define(value, n.stub);
+        if (key == 0) return m_ctx.define(value, n.cell);
         n.nameAt = JsonIn::where(value);
         return m_ctx.nonEmptyText(value, n.name);
     }
 
     bool addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* record, const Named& n, const char* what,
                    OxDbObjectId* idOut = nullptr) {
-        return m_ctx.addRecord(table, record, n.stub, n.name, n.nameAt, what, idOut);
+        return m_ctx.addRecord(table, record, n.cell, n.name, n.nameAt, what, idOut);
     }
 
     bool wellKnown(const OxDbObjectId& tableId, const wchar_t* name, OxDbObjectId& out, const char* what) {
@@ -347,7 +347,7 @@ private:
                 obj = new OxDbPlaceHolder;
             }
             OxDbObjectId id;
-            return addToDictionary(*dict.get(), n.name, obj, n.stub, n.at, what, id);
+            return addToDictionary(*dict.get(), n.name, obj, n.cell, n.at, what, id);
         });
     }
 
@@ -566,7 +566,7 @@ private:
             layout->setLayoutName(n.name.kwszPtr());
             layout->setBlockTableRecordId(blockId);
             OxDbObjectId id;
-            if (!addToDictionary(*dict.get(), n.name, layout.release(), n.stub, n.at, "the layout", id)) return false;
+            if (!addToDictionary(*dict.get(), n.name, layout.release(), n.cell, n.at, "the layout", id)) return false;
             return m_ctx.accepted(block->setLayoutId(id), n.at, "the layout's block");
         });
         if (!ok) return false;
@@ -612,7 +612,7 @@ private:
                 return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt,
                                     "duplicate plot settings name \"" + n.name.utf8() + "\"");
             OxDbObjectId id;
-            return addToDictionary(*dict.get(), n.name, settings.release(), n.stub, n.at, "the plot settings", id);
+            return addToDictionary(*dict.get(), n.name, settings.release(), n.cell, n.at, "the plot settings", id);
         });
     }
 
@@ -656,7 +656,7 @@ private:
                                     "duplicate layer state name \"" + n.name.utf8() + "\"");
             state->setLayers(std::move(entries));
             OxDbObjectId id;
-            return addToDictionary(*dict.get(), n.name, state.release(), n.stub, n.at, "the layer state", id);
+            return addToDictionary(*dict.get(), n.name, state.release(), n.cell, n.at, "the layer state", id);
         });
     }
 
@@ -727,8 +727,8 @@ private:
     std::unique_ptr<EntityReader> m_entities;
     // Stand-ins on which the values of a layer's overrides are tried.
     OxDbLayerTableRecord m_probeLayer;
-    OxDbStub m_probeStub;
-    const OxDbObjectId m_probeViewport{&m_probeStub};
+    OxDbCell m_probeCell;
+    const OxDbObjectId m_probeViewport{&m_probeCell};
     Deferred m_clayer, m_celtype, m_ctab;
     std::uint64_t m_handseed = 0;
     std::vector<OxDbObjectId> m_lockedLayers;

@@ -30,7 +30,7 @@ public:
     std::string write() {
         // A saved object takes about a hundred bytes: reserving that much
         // up front spares moving the text as it grows.
-        m_out.reserve(m_impl.store.stubs.size() * kBytesPerObject + (1 << 16));
+        m_out.reserve(m_impl.store.cells.size() * kBytesPerObject + (1 << 16));
         m_out.open('{');
         line(0);
         m_out.key("format");
@@ -69,8 +69,8 @@ private:
     }
     // Not null, an object attached and not erased.
     static bool saved(const OxDbObjectId& id) {
-        const OxDbStub* stub = id.stub();
-        return stub && stub->object && !stub->erased;
+        const OxDbCell* cell = id.cell();
+        return cell && cell->object && !cell->erased;
     }
     void refKey(std::string_view key, const OxDbObjectId& id) {
         m_out.key(key);
@@ -389,17 +389,17 @@ private:
     }
 
     // A block's entities in order, erased ones left out. The entities and
-    // their layers' stubs lie all over memory: fetching them a few entities
+    // their layers' cells lie all over memory: fetching them a few entities
     // ahead keeps the processor from waiting on each.
-    void writeEntities(const std::vector<OxDbStub*>& stubs) {
+    void writeEntities(const std::vector<OxDbCell*>& cells) {
         constexpr std::size_t kEntityAhead = 8, kLayerAhead = 4;
-        const std::size_t count = stubs.size();
+        const std::size_t count = cells.size();
         for (std::size_t i = 0; i < count; ++i) {
-            if (i + kEntityAhead < count) __builtin_prefetch(stubs[i + kEntityAhead]->object.get());
+            if (i + kEntityAhead < count) __builtin_prefetch(cells[i + kEntityAhead]->object.get());
             if (i + kLayerAhead < count) // a block lists entities only
-                if (const OxDbObject* ahead = stubs[i + kLayerAhead]->object.get())
-                    __builtin_prefetch(static_cast<const OxDbEntity*>(ahead)->layerId().stub());
-            const OxDbObjectId id(stubs[i]);
+                if (const OxDbObject* ahead = cells[i + kLayerAhead]->object.get())
+                    __builtin_prefetch(static_cast<const OxDbEntity*>(ahead)->layerId().cell());
+            const OxDbObjectId id(cells[i]);
             if (!saved(id)) continue;
             if (const auto* entity = peek<OxDbEntity>(id)) writeEntity(id, *entity);
         }

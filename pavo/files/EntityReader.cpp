@@ -590,11 +590,11 @@ namespace {
 
 // What the handles of one entity or attribute led to.
 struct Resolved {
-    OxDbStub* stub = nullptr;
+    OxDbCell* cell = nullptr;
     OxDbObjectId layer, linetype, plotStyle, material, block;
     OxDbObjectIdArray frozen;
     void reset() {
-        stub = nullptr;
+        cell = nullptr;
         layer = linetype = plotStyle = material = block = OxDbObjectId();
         frozen.removeAll();
     }
@@ -630,7 +630,7 @@ private:
 
 // What the handles of one layer led to.
 struct LayerIds {
-    OxDbStub* stub = nullptr;
+    OxDbCell* cell = nullptr;
     OxDbObjectId linetype, plotStyle, material;
     struct Override {
         OxDbObjectId viewport, linetype, plotStyle;
@@ -668,7 +668,7 @@ struct EntityBuilder::Impl {
             if (!*m_blockTable) return m_ctx.fail(batch.blocksStart, "the block table cannot be opened");
         }
         if (batch.block && !startBlock(*batch.block, batch.blockComplete)) return false;
-        m_prefetchedSlots = m_prefetchedStubs = 0;
+        m_prefetchedSlots = m_prefetchedCells = 0;
         for (EntityRecord& r : batch.entities) {
             JsonIn::PathScope entities(m_ctx, "entities");
             JsonIn::PathScope item(m_ctx, {}, r.index);
@@ -682,36 +682,36 @@ struct EntityBuilder::Impl {
         if (m_inBlock) m_ctx.leave();
         m_ctx.enter({}, b.index);
         m_inBlock = true;
-        OxDbStub* stub = nullptr;
+        OxDbCell* cell = nullptr;
         if (b.handleAt) {
             JsonIn::PathScope h(m_ctx, "h");
-            if (!m_ctx.defineHandle(b.handle, b.handleAt, stub)) return false;
+            if (!m_ctx.defineHandle(b.handle, b.handleAt, cell)) return false;
         }
         if (!complete) return false;
         std::optional<JsonIn::PathScope> entities;
         if (b.hasEntities) entities.emplace(m_ctx, "entities");
         OxDbObjectId id;
-        if (!m_ctx.addRecord(*m_blockTable->get(), b.record.release(), stub, b.name, b.nameAt, "block", &id))
+        if (!m_ctx.addRecord(*m_blockTable->get(), b.record.release(), cell, b.name, b.nameAt, "block", &id))
             return false;
         if (!b.hasEntities) return true;
         m_block.emplace(id);
         return *m_block || m_ctx.fail(b.at, "the block cannot be opened");
     }
 
-    // With many layers, the stub that an entity's layer leads to (and its
+    // With many layers, the cell that an entity's layer leads to (and its
     // slot in the handle index) is rarely in the cache, and waiting for
     // memory twice per entity is most of the cost of building one. The
     // handles of the next entities are known: their index slots are fetched
-    // a few dozen uses ahead, their stubs (once the slots have arrived) half
+    // a few dozen uses ahead, their cells (once the slots have arrived) half
     // as far ahead.
     void prefetch(const EntityBatch& batch, std::size_t position) {
-        constexpr std::size_t kSlotsAhead = 32, kStubsAhead = 16;
+        constexpr std::size_t kSlotsAhead = 32, kCellsAhead = 16;
         const pavo::db::HandleIndex& index = m_ctx.store.byHandle;
         const std::size_t uses = batch.uses.size();
         for (; m_prefetchedSlots < std::min(uses, position + kSlotsAhead); ++m_prefetchedSlots)
             if (const void* slot = index.denseSlot(batch.uses[m_prefetchedSlots].handle)) __builtin_prefetch(slot);
-        for (; m_prefetchedStubs < std::min(uses, position + kStubsAhead); ++m_prefetchedStubs)
-            if (const OxDbStub* stub = index.findDense(batch.uses[m_prefetchedStubs].handle)) __builtin_prefetch(stub);
+        for (; m_prefetchedCells < std::min(uses, position + kCellsAhead); ++m_prefetchedCells)
+            if (const OxDbCell* cell = index.findDense(batch.uses[m_prefetchedCells].handle)) __builtin_prefetch(cell);
     }
 
     bool resolve(const EntityBatch& batch, const EntityRecord& r) {
@@ -740,7 +740,7 @@ struct EntityBuilder::Impl {
         ReadContext& c = m_ctx;
         switch (u.key) {
         case kH:
-            return c.defineHandle(u.handle, u.at, target.stub);
+            return c.defineHandle(u.handle, u.at, target.cell);
         case kL:
             return c.resolve(u.handle, c.layer, u.at, target.layer);
         case kLt:
@@ -787,7 +787,7 @@ struct EntityBuilder::Impl {
                 return m_ctx.fail(r.at, "the database refused the entity's properties");
         }
         if (!idProperties(*r.entity, r.seen, m_entity, r.at)) return false;
-        m_ctx.expectStub(m_entity.stub);
+        m_ctx.expectCell(m_entity.cell);
         OxDbObjectId id;
         if (!m_ctx.accepted(m_block.value()->appendOxDbEntity(id, r.entity.get()), r.at, "the entity")) return false;
         OxDbEntity* appended = r.entity.release();
@@ -801,7 +801,7 @@ struct EntityBuilder::Impl {
         for (std::uint32_t i = 0; i < r.attributeCount; ++i) {
             AttributeRecord& a = batch.attributes[r.firstAttribute + i];
             if (!idProperties(*a.attribute, a.seen, m_attributes[i], a.at)) return false;
-            m_ctx.expectStub(m_attributes[i].stub);
+            m_ctx.expectCell(m_attributes[i].cell);
             OxDbObjectId id;
             if (!m_ctx.accepted(reference.appendAttribute(id, a.attribute.get()), a.at, "the attribute")) return false;
             a.attribute.release()->close();
@@ -832,7 +832,7 @@ struct EntityBuilder::Impl {
     }
 
     bool resolveLayer(const EntityBatch& batch, const LayerRecord& l) {
-        m_layer.stub = nullptr;
+        m_layer.cell = nullptr;
         m_layer.linetype = m_layer.plotStyle = m_layer.material = OxDbObjectId();
         m_layer.overrides.assign(l.overrideCount, {});
         ReadContext& c = m_ctx;
@@ -851,7 +851,7 @@ struct EntityBuilder::Impl {
                 continue;
             }
             JsonIn::PathScope key(c, layerKeyName(u.key));
-            const bool ok = u.key == kLayerH           ? c.defineHandle(u.handle, u.at, m_layer.stub)
+            const bool ok = u.key == kLayerH           ? c.defineHandle(u.handle, u.at, m_layer.cell)
                             : u.key == kLayerLinetype  ? c.resolve(u.handle, c.linetype, u.at, m_layer.linetype)
                             : u.key == kLayerPlotStyle ? c.resolve(u.handle, c.plotStyle, u.at, m_layer.plotStyle)
                                                        : c.resolve(u.handle, c.material, u.at, m_layer.material);
@@ -878,7 +878,7 @@ struct EntityBuilder::Impl {
         }
         if (!ok) return m_ctx.fail(l.at, "the database refused the layer's properties"); // checked when read
         OxDbObjectId id;
-        if (!m_ctx.addRecord(*m_layerTable->get(), l.record.release(), m_layer.stub, l.name, l.nameAt, "layer", &id))
+        if (!m_ctx.addRecord(*m_layerTable->get(), l.record.release(), m_layer.cell, l.name, l.nameAt, "layer", &id))
             return false;
         if (l.locked) m_lockedLayers.push_back(id);
         return true;
@@ -894,7 +894,7 @@ struct EntityBuilder::Impl {
     bool m_inBlock = false;
     Resolved m_entity;
     std::vector<Resolved> m_attributes;
-    std::size_t m_prefetchedSlots = 0, m_prefetchedStubs = 0;
+    std::size_t m_prefetchedSlots = 0, m_prefetchedCells = 0;
 };
 
 EntityBuilder::EntityBuilder(ReadContext& ctx) : m_impl(std::make_unique<Impl>(ctx)) {}

@@ -24,15 +24,15 @@ ReadContext::ReadContext(OxDbDatabase& database, std::string_view text, const st
       viewport{OxDbViewport::desc(), "a viewport"}, layout{OxDbLayout::desc(), "a layout"},
       plotStyle{OxDbPlaceHolder::desc(), "a plot style name"}, material{OxDbMaterial::desc(), "a material"} {}
 
-bool ReadContext::define(sj::value& v, OxDbStub*& stub) {
+bool ReadContext::define(sj::value& v, OxDbCell*& cell) {
     std::uint64_t handle = 0;
     bool isNull = false;
-    return JsonIn::handle(v, handle, false, isNull) && defineHandle(handle, where(v), stub);
+    return JsonIn::handle(v, handle, false, isNull) && defineHandle(handle, where(v), cell);
 }
 
-bool ReadContext::defineHandle(std::uint64_t handle, const char* at, OxDbStub*& stub) {
-    stub = store.stubForHandle(handle);
-    if (stub->object) return fail(at, "duplicate handle \"" + handleText(handle) + "\"");
+bool ReadContext::defineHandle(std::uint64_t handle, const char* at, OxDbCell*& cell) {
+    cell = store.cellForHandle(handle);
+    if (cell->object) return fail(at, "duplicate handle \"" + handleText(handle) + "\"");
     return true;
 }
 
@@ -49,32 +49,32 @@ bool ReadContext::reference(sj::value& v, const RefKind& kind, OxDbObjectId& id,
 
 bool ReadContext::resolve(std::uint64_t handle, const RefKind& kind, const char* at, OxDbObjectId& id) {
     if (handle == m_lastHandle && &kind == m_lastKind) { // runs of entities on one layer
-        id = OxDbObjectId(m_lastStub);
+        id = OxDbObjectId(m_lastCell);
         return true;
     }
-    OxDbStub* stub = store.stubForHandle(handle);
-    id = OxDbObjectId(stub);
-    if (!stub->object) {
-        m_forwards.push_back({stub, &kind, pointer(), at});
+    OxDbCell* cell = store.cellForHandle(handle);
+    id = OxDbObjectId(cell);
+    if (!cell->object) {
+        m_forwards.push_back({cell, &kind, pointer(), at});
         return true;
     }
-    if (!pavo::db::holdsKindOf(stub, kind.cls))
-        return fail(at, "handle \"" + handleText(handle) + "\" is " + pavo::toUtf8(stub->object->isA()->name()) +
+    if (!pavo::db::holdsKindOf(cell, kind.cls))
+        return fail(at, "handle \"" + handleText(handle) + "\" is " + pavo::toUtf8(cell->object->isA()->name()) +
                             ", not " + kind.name);
     m_lastHandle = handle;
     m_lastKind = &kind;
-    m_lastStub = stub;
+    m_lastCell = cell;
     return true;
 }
 
 bool ReadContext::checkForwardReferences() {
     for (const auto& ref : m_forwards) {
-        const std::string handle = handleText(ref.stub->handle);
-        if (!ref.stub->object)
+        const std::string handle = handleText(ref.cell->handle);
+        if (!ref.cell->object)
             return failAt(ref.pointer, ref.at, "handle \"" + handle + "\" refers to no object in the drawing");
-        if (!pavo::db::holdsKindOf(ref.stub, ref.kind->cls))
+        if (!pavo::db::holdsKindOf(ref.cell, ref.kind->cls))
             return failAt(ref.pointer, ref.at,
-                          "handle \"" + handle + "\" is " + pavo::toUtf8(ref.stub->object->isA()->name()) + ", not " +
+                          "handle \"" + handle + "\" is " + pavo::toUtf8(ref.cell->object->isA()->name()) + ", not " +
                               ref.kind->name);
     }
     return true;
@@ -92,16 +92,16 @@ void ReadContext::adoptForwards(ReadContext& other) {
     other.m_forwards.clear();
 }
 
-bool ReadContext::addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* record, OxDbStub* stub, const OxString& name,
+bool ReadContext::addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* record, OxDbCell* cell, const OxString& name,
                             const char* nameAt, const char* what, OxDbObjectId* idOut) {
     std::unique_ptr<OxDbSymbolTableRecord> owned(record);
     if (record->setName(name.kwszPtr()) != Ox::eOk)
         return failAt(pointerWith("name"), nameAt, "invalid " + std::string(what) + " name");
-    expectStub(stub);
+    expectCell(cell);
     OxDbObjectId id;
     const Ox::ErrorStatus es = table.add(id, record);
     if (es != Ox::eOk) {
-        dropStub();
+        dropCell();
         std::string problem =
             es == Ox::eDuplicateRecordName
                 ? "duplicate " + std::string(what) + " name \"" + name.utf8() + "\" (names ignore letter case)"
@@ -115,7 +115,7 @@ bool ReadContext::addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* recor
 
 bool ReadContext::accepted(Ox::ErrorStatus es, const char* at, std::string_view what) {
     if (es == Ox::eOk) return true;
-    dropStub();
+    dropCell();
     return statusOk(es, at, what);
 }
 

@@ -27,9 +27,9 @@ public:
 
     const RefKind layer, linetype, block, viewport, layout, plotStyle, material;
 
-    // The "h" of a new object: a stub without an object yet.
-    bool define(sj::value& v, OxDbStub*& stub);
-    bool defineHandle(std::uint64_t handle, const char* at, OxDbStub*& stub);
+    // The "h" of a new object: a cell without an object yet.
+    bool define(sj::value& v, OxDbCell*& cell);
+    bool defineHandle(std::uint64_t handle, const char* at, OxDbCell*& cell);
     // A reference; null allowed when `nullable`. References to objects not
     // read yet are checked by checkForwardReferences().
     bool reference(sj::value& v, const RefKind& kind, OxDbObjectId& id, bool nullable = true);
@@ -39,21 +39,21 @@ public:
     // read the text after this one's so far).
     void adoptForwards(ReadContext& other);
 
-    // Adds a named record (made with new, owned from here on) under `stub`,
+    // Adds a named record (made with new, owned from here on) under `cell`,
     // refusing an invalid or duplicate name at `nameAt`; the record is left
     // closed. `what` names its kind in messages.
-    bool addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* record, OxDbStub* stub, const OxString& name,
+    bool addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* record, OxDbCell* cell, const OxString& name,
                    const char* nameAt, const char* what, OxDbObjectId* idOut = nullptr);
 
     // A status of the database: false with a message unless eOk.
     bool accepted(Ox::ErrorStatus es, const char* at, std::string_view what);
-    // The next object made resident takes `stub`; cleared after a failure.
-    void expectStub(OxDbStub* stub) { store.setPendingStub(stub); }
-    void dropStub() { store.setPendingStub(nullptr); }
+    // The next object made resident takes `cell`; cleared after a failure.
+    void expectCell(OxDbCell* cell) { store.setPendingCell(cell); }
+    void dropCell() { store.setPendingCell(nullptr); }
 
 private:
     struct Forward {
-        OxDbStub* stub;
+        OxDbCell* cell;
         const RefKind* kind;
         std::string pointer;
         const char* at;
@@ -61,7 +61,7 @@ private:
     std::vector<Forward> m_forwards;
     std::uint64_t m_lastHandle = 0;
     const RefKind* m_lastKind = nullptr;
-    OxDbStub* m_lastStub = nullptr;
+    OxDbCell* m_lastCell = nullptr;
 };
 
 // Opens a resident object for write for the length of a scope.
