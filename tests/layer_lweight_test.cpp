@@ -3,7 +3,7 @@
 // valid lineweights.
 #include <gtest/gtest.h>
 
-#include "../layerhelper/LineWeights.cpp"
+#include "layerhelper/PavoLayerHelper.h"
 #include "layer_TestSupport.h"
 
 using pavotest::countOf;

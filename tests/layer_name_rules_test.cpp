@@ -1,10 +1,8 @@
-// The layer name rules of PavoLayerHelper, tested directly. The helper lives
-// in the module, whose symbols are hidden, so its name-rule sources are
-// compiled into this test.
+// The layer name rules of PavoLayerHelper, tested directly.
 #include <gtest/gtest.h>
 
-#include "../layerhelper/HostVariables.cpp"
-#include "../layerhelper/LayerNameRules.cpp"
+#include "layerhelper/LayerNameRules.h"
+#include "layerhelper/PavoLayerHelper.h"
 
 namespace {
 

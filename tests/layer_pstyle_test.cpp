@@ -2,7 +2,7 @@
 // style name helpers on a session's drawing.
 #include <gtest/gtest.h>
 
-#include "../layerhelper/PlotStyleNames.cpp"
+#include "layerhelper/PavoLayerHelper.h"
 #include "OxDbDictionary.h"
 #include "layer_TestSupport.h"
 
