@@ -44,8 +44,8 @@ Fixture& fixture(std::size_t entities) {
 }
 
 void reportRate(benchmark::State& state, std::size_t bytes) {
-    state.counters["MB"] = benchmark::Counter(static_cast<double>(state.iterations()) * static_cast<double>(bytes) / 1e6,
-                                                benchmark::Counter::kIsRate);
+    state.counters["MB"] = benchmark::Counter(
+        static_cast<double>(state.iterations()) * static_cast<double>(bytes) / 1e6, benchmark::Counter::kIsRate);
     state.counters["file_MB"] = static_cast<double>(bytes) / 1e6;
 }
 

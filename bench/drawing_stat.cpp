@@ -8,10 +8,10 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <string_view>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <string_view>
 
 #include "files/DrawingFile.h"
 #include "pavo_host.h"

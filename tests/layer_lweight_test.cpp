@@ -3,8 +3,8 @@
 // valid lineweights.
 #include <gtest/gtest.h>
 
-#include "layerhelper/PavoLayerHelper.h"
 #include "layer_TestSupport.h"
+#include "layerhelper/PavoLayerHelper.h"
 
 using pavotest::countOf;
 using pavotest::Drawing;

@@ -2,9 +2,9 @@
 // style name helpers on a session's drawing.
 #include <gtest/gtest.h>
 
-#include "layerhelper/PavoLayerHelper.h"
 #include "OxDbDictionary.h"
 #include "layer_TestSupport.h"
+#include "layerhelper/PavoLayerHelper.h"
 
 using pavotest::countOf;
 using pavotest::Drawing;
@@ -117,8 +117,8 @@ TEST(PlotStyleNames, CreateFindsOrAddsTheEntry) {
 TEST(LayerPStyle, EachLayoutListsTheStylesOfItsOwnTable) {
     // After "?" the plot style is asked again: Enter takes the default,
     // Enter at the layer list means the current layer, Enter ends -LAYER.
-    ScriptedSession s({"CTAB", "A1 Plan", "-LAYER", "PStyle", "?", "", "", "", "CTAB", "A3 Detail", "-LAYER",
-                       "PStyle", "?", "", "", ""});
+    ScriptedSession s({"CTAB", "A1 Plan", "-LAYER", "PStyle", "?", "", "", "", "CTAB", "A3 Detail", "-LAYER", "PStyle",
+                       "?", "", "", ""});
     ASSERT_EQ(s.run(), 0) << s.transcript();
     const std::string t = s.transcript();
     const size_t second = t.find("Command: CTAB\nEnter new value for CTAB <A1 Plan>: A3 Detail");

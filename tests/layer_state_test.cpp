@@ -47,8 +47,10 @@ struct LayerProps {
 
 LayerProps propsOf(OxDbDatabase* db, const wchar_t* name) {
     return readLayer<LayerProps>(db, name, [](const OxDbLayerTableRecord& l) {
-        return LayerProps{l.isOff(),       l.isFrozen(),         l.isLocked(),   l.isPlottable(),
-                          l.color(),       l.linetypeObjectId().handle().value(), l.lineWeight(), l.plotStyleName().utf8(),
+        return LayerProps{l.isOff(),       l.isFrozen(),
+                          l.isLocked(),    l.isPlottable(),
+                          l.color(),       l.linetypeObjectId().handle().value(),
+                          l.lineWeight(),  l.plotStyleName().utf8(),
                           l.transparency()};
     });
 }

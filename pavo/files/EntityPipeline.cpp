@@ -22,7 +22,8 @@ PipelineSettings& pipelineSettings() {
 }
 
 EntityPipeline::EntityPipeline(BatchBuilder& builder, std::size_t textSize)
-    : m_builder(builder), m_textSize(textSize), m_batchEntities(std::max<std::size_t>(1, pipelineSettings().batchEntities)),
+    : m_builder(builder), m_textSize(textSize),
+      m_batchEntities(std::max<std::size_t>(1, pipelineSettings().batchEntities)),
       m_current(std::make_unique<EntityBatch>()) {
     const PipelineSettings& settings = pipelineSettings();
     if (!settings.threads || textSize < settings.minimumText || std::thread::hardware_concurrency() < 2) return;
