@@ -72,7 +72,7 @@ Editor::Pending Editor::takePending() {
     return pending;
 }
 
-int Editor::getKword(const wchar_t* prompt, OxString& result) {
+template <class Judge> int Editor::askUntilAnswered(const wchar_t* prompt, Judge&& judge) {
     const Pending pending = takePending();
     m_lastKeywords = pending.keywords;
     const std::wstring promptText = prompt ? prompt : L"";
@@ -83,22 +83,33 @@ int Editor::getKword(const wchar_t* prompt, OxString& result) {
         const std::wstring_view word = trimBlanks(answer);
         if (word.empty()) {
             if (pending.flags & OX_INP_NONULL) continue;
-            result = L"";
             m_lastInput = L"";
             return STATUS_NONE;
         }
-        if (const std::optional<size_t> i = pending.keywords.match(word)) {
-            result = pending.keywords.globalAt(*i);
-            m_lastInput = result;
-            return STATUS_NORMAL;
-        }
-        if (pending.flags & OX_INP_ARBITRARY) {
-            result = answer;
-            m_lastInput = result;
-            return STATUS_NORMAL;
-        }
-        refuse(L"Invalid option keyword.");
+        if (const std::optional<int> status = judge(pending, answer, word)) return *status;
     }
+}
+
+std::optional<std::wstring> Editor::keywordOrArbitrary(const Pending& pending, const std::wstring& answer,
+                                                       std::wstring_view word) {
+    if (const std::optional<size_t> i = pending.keywords.match(word)) return pending.keywords.globalAt(*i);
+    if (pending.flags & OX_INP_ARBITRARY) return answer;
+    return std::nullopt;
+}
+
+int Editor::getKword(const wchar_t* prompt, OxString& result) {
+    const int status = askUntilAnswered(
+        prompt, [&](const Pending& pending, const std::wstring& answer, std::wstring_view word) -> std::optional<int> {
+            if (std::optional<std::wstring> chosen = keywordOrArbitrary(pending, answer, word)) {
+                result = *chosen;
+                m_lastInput = result;
+                return STATUS_NORMAL;
+            }
+            refuse(L"Invalid option keyword.");
+            return std::nullopt;
+        });
+    if (status == STATUS_NONE) result = L"";
+    return status;
 }
 
 int Editor::getString(bool /*allowBlanks: blanks never end an answer*/, const wchar_t* prompt, OxString& result) {
@@ -113,53 +124,39 @@ int Editor::getString(bool /*allowBlanks: blanks never end an answer*/, const wc
 }
 
 int Editor::getNumber(const wchar_t* prompt, bool integer, double& result) {
-    const Pending pending = takePending();
-    m_lastKeywords = pending.keywords;
-    const std::wstring promptText = prompt ? prompt : L"";
-    for (bool again = false;; again = true) {
-        const InputLine line = askLine(promptText, pending.keywords.local(), again);
-        if (line.kind != InputLine::Text) return STATUS_CANCEL;
-        const std::wstring answer = pavo::fromUtf8(line.text);
-        const std::wstring_view word = trimBlanks(answer);
-        if (word.empty()) {
-            if (pending.flags & OX_INP_NONULL) continue;
-            m_lastInput = L"";
-            return STATUS_NONE;
-        }
-        std::optional<double> value;
-        if (integer) {
-            const std::optional<long long> n = parseInteger(word);
-            if (n && (*n < INT_MIN || *n > INT_MAX)) {
-                refuse(L"Requires an integer between -2147483648 and 2147483647.");
-                continue;
+    return askUntilAnswered(
+        prompt, [&](const Pending& pending, const std::wstring& answer, std::wstring_view word) -> std::optional<int> {
+            std::optional<double> value;
+            if (integer) {
+                const std::optional<long long> n = parseInteger(word);
+                if (n && (*n < INT_MIN || *n > INT_MAX)) {
+                    refuse(L"Requires an integer between -2147483648 and 2147483647.");
+                    return std::nullopt;
+                }
+                if (n) value = static_cast<double>(*n);
+            } else {
+                value = parseReal(word);
             }
-            if (n) value = static_cast<double>(*n);
-        } else {
-            value = parseReal(word);
-        }
-        if (value) {
-            if ((pending.flags & OX_INP_NOZERO) && *value == 0) {
-                refuse(L"Requires a nonzero value.");
-                continue;
+            if (value) {
+                if ((pending.flags & OX_INP_NOZERO) && *value == 0) {
+                    refuse(L"Requires a nonzero value.");
+                    return std::nullopt;
+                }
+                if ((pending.flags & OX_INP_NONEG) && *value < 0) {
+                    refuse(L"Value must be positive.");
+                    return std::nullopt;
+                }
+                result = *value;
+                m_lastInput = std::wstring(word);
+                return STATUS_NORMAL;
             }
-            if ((pending.flags & OX_INP_NONEG) && *value < 0) {
-                refuse(L"Value must be positive.");
-                continue;
+            if (std::optional<std::wstring> chosen = keywordOrArbitrary(pending, answer, word)) {
+                m_lastInput = *chosen;
+                return STATUS_KEYWORD;
             }
-            result = *value;
-            m_lastInput = std::wstring(word);
-            return STATUS_NORMAL;
-        }
-        if (const std::optional<size_t> i = pending.keywords.match(word)) {
-            m_lastInput = pending.keywords.globalAt(*i);
-            return STATUS_KEYWORD;
-        }
-        if (pending.flags & OX_INP_ARBITRARY) {
-            m_lastInput = answer;
-            return STATUS_KEYWORD;
-        }
-        refuse(integer ? L"Requires an integer value." : L"Requires numeric value.");
-    }
+            refuse(integer ? L"Requires an integer value." : L"Requires numeric value.");
+            return std::nullopt;
+        });
 }
 
 int Editor::getReal(const wchar_t* prompt, double& result) { return getNumber(prompt, false, result); }

@@ -5,14 +5,15 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "Input.h"
 #include "Keywords.h"
-#include "OxString.h"
 #include "Output.h"
+#include "OxString.h"
 
 namespace pavo::editor {
 
@@ -70,6 +71,15 @@ private:
     void refuse(const wchar_t* message);
     // getReal and getInt: `integer` asks for an int.
     int getNumber(const wchar_t* prompt, bool integer, double& result);
+    // The loop of the prompts that ask again after a refusal: takes the
+    // pending initGet, asks, answers a blank line by the flags, and gives
+    // any other answer to `judge(pending, answer, trimmed)`, which returns
+    // the status or refuses it (nullopt) to have it asked again.
+    template <class Judge> int askUntilAnswered(const wchar_t* prompt, Judge&& judge);
+    // The global keyword that `word` abbreviates, or the whole answer when
+    // arbitrary input is allowed.
+    static std::optional<std::wstring> keywordOrArbitrary(const Pending& pending, const std::wstring& answer,
+                                                          std::wstring_view word);
 
     InputSource* m_input;
     Output* m_output;
