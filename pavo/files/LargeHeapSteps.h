@@ -2,7 +2,10 @@
 // large steps instead of 128 KB ones: every step costs a system call that
 // remaps the heap, and a drawing of a million entities takes thousands.
 // The same setting keeps freed memory at the top of a heap, which lets a
-// thread touch the memory it is about to need ahead of time.
+// thread touch the memory it is about to need ahead of time. (Once set, the
+// allocator keeps its other thresholds at their defaults for the rest of the
+// process instead of adapting them: blocks of 128 KB and more are then
+// always mapped on their own, as they are when a process starts.)
 #pragma once
 
 #include <cstddef>
