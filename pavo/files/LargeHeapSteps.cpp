@@ -28,11 +28,13 @@ namespace pavo::files {
 
 namespace {
 
+#if PAVO_OWN_ALLOCATOR
 // The allocator's own default, restored afterwards.
 constexpr int kUsualStep = 128 * 1024;
+constexpr std::size_t kLargeText = std::size_t(4) << 20;
+#endif
 // The largest a heap of another thread can be: one step makes it whole.
 constexpr int kLargeStep = 64 * 1024 * 1024;
-constexpr std::size_t kLargeText = std::size_t(4) << 20;
 // Blocks below the size the allocator maps on their own, so that they come
 // from the heap.
 constexpr std::size_t kTouchBlock = 64 * 1024;
