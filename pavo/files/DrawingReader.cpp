@@ -746,9 +746,7 @@ std::unique_ptr<OxDbDatabase> readPadded(const simdjson::padded_string_view& jso
     return db;
 }
 
-simdjson::error_code load(const std::string& path, simdjson::padded_string& out) {
-    std::size_t size = 0;
-    if (!fileSizeOf(path, size)) return simdjson::IO_ERROR;
+simdjson::error_code load(const std::string& path, std::size_t size, simdjson::padded_string& out) {
     simdjson::padded_string padded(size);
     if (!padded.data()) return simdjson::MEMALLOC;
     if (!readFileInto(path, padded.data(), size)) return simdjson::IO_ERROR;
@@ -765,9 +763,10 @@ std::unique_ptr<OxDbDatabase> readDrawing(std::string_view json, const std::stri
 
 std::unique_ptr<OxDbDatabase> readDrawingFile(const std::string& path, LoadError& error) {
     std::size_t size = 0;
-    const LargeHeapSteps steps(fileSizeOf(path, size) ? size : 0);
+    const bool sized = fileSizeOf(path, size);
+    const LargeHeapSteps steps(size);
     simdjson::padded_string padded;
-    if (auto e = load(path, padded)) {
+    if (auto e = sized ? load(path, size, padded) : simdjson::IO_ERROR) {
         error = LoadError{path, "", 0, 0, std::string("cannot read the file (") + simdjson::error_message(e) + ")"};
         return nullptr;
     }
