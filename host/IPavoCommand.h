@@ -127,6 +127,9 @@ protected:
 
 PAVO_HOST_API IPavoAppInterface* GetPavoAppInterface();
 PAVO_HOST_API PavoDocumentData* GetPavoAppCtxActiveDocData();
+// The context of the command that runs in the active document (null between
+// commands): for callbacks that the host calls in the middle of a command.
+PAVO_HOST_API IPavoBuildInCommandContext* GetPavoAppCtxActiveCommandContext();
 // Writes the product's module-name prefix into a buffer of 1024 wide
 // characters; 0 when there is none.
 PAVO_HOST_API int GetPavoProductPreName(wchar_t* buffer);

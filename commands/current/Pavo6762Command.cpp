@@ -3,7 +3,7 @@
 #include <cwchar>
 #include <string>
 
-#include "OxRx.h"
+#include "module/HostModules.h"
 #include "module/ResourceScope.h"
 #include "oxed.h"
 #include "win32compat.h"
@@ -26,15 +26,7 @@ void openLayerManagerDialog() {
     wchar_t name[kNameSize] = {};
     std::wcsncpy(name, built.c_str(), kNameSize - 1);
 
-    if (!GetModuleHandleW(name)) {
-        OxRxDynamicLinker* linker = nullptr;
-        if (OxRxObject* entry = oxrxSysRegistry()->lookupEntry(L"DynamicLinker"))
-            if (OxRxClass::isDerivedFrom(entry->isA(), OxRxDynamicLinker::desc()))
-                linker = static_cast<OxRxDynamicLinker*>(entry);
-        if (linker) linker->loadModule(name, false, false);
-    }
-    if (HMODULE module = GetModuleHandleW(name))
-        if (FARPROC entry = GetProcAddress(module, "LayerDialog")) entry();
+    if (FARPROC entry = vxlayer::hostModuleEntry(name, "LayerDialog")) entry();
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 #include "Pavo6865Command.h"
 
+#include "commands/setbylayer/PavoSetByLayerCmdProcess.h"
 #include "module/ResourceScope.h"
-#include "oxed.h"
 
-// Not in this build yet: says so and changes nothing.
 int Pavo6865Command::execute(IPavoBuildInCommandContext* ctx) {
+    if (!ctx) return STATUS_ERROR;
     vxlayer::ContextResourceScope resources(ctx);
-    oxutPrintf(L"\nSETBYLAYER is not available in this build.");
-    return STATUS_NONE;
+    PavoSetByLayerCmdProcess process;
+    return process.ExecuteCommand();
 }

@@ -6,7 +6,9 @@
 #include "IPavoCommand.h"
 #include "OxDbDatabase.h"
 #include "OxDbServices.h"
+#include "HelpTopics.h"
 #include "Session.h"
+#include "SessionContext.h"
 #include "oxed.h"
 
 namespace fs = std::filesystem;
@@ -52,8 +54,11 @@ int oxedFindFile(const wchar_t* name, wchar_t* result, int length) {
 bool oxedCurFDERunning() { return false; }
 
 int oxedHelp(const wchar_t*, const wchar_t* topic, int) {
-    oxutPrintf(L"\nHelp on %ls: see the documentation in docs/.", topic ? topic : L"pavo");
-    return STATUS_NORMAL;
+    if (!topic || !*topic) {
+        oxutPrintf(L"\nType HELP for the list of commands; the documentation is in docs/.");
+        return STATUS_NORMAL;
+    }
+    return pavo::app::showHelpTopic(topic);
 }
 
 IPavoAppInterface* GetPavoAppInterface() {
@@ -65,6 +70,8 @@ PavoDocumentData* GetPavoAppCtxActiveDocData() {
     pavo::app::Session* s = pavo::app::Session::current();
     return s ? &s->documentData() : nullptr;
 }
+
+IPavoBuildInCommandContext* GetPavoAppCtxActiveCommandContext() { return pavo::app::SessionContext::active(); }
 
 int GetPavoProductPreName(wchar_t* buffer) {
     // This host's modules keep their own names: no product prefix.

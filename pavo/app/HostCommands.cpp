@@ -5,6 +5,7 @@
 #include "base/CaseFold.h"
 #include "OxDbDatabase.h"
 #include "HostCommands.h"
+#include "HelpTopics.h"
 #include "HostCommandSets.h"
 #include "Session.h"
 #include "base/Utf8.h"
@@ -131,7 +132,7 @@ int help(Session& s) {
         oxutPrintf(L"\n  %-14ls %ls", e.localName, description && *description ? description : (std::wstring(L"from ") + e.factory->module()).c_str());
     }
     oxutPrintf(L"\nType a command name, or a system variable name to change it (SETVAR ? lists them).");
-    oxutPrintf(L"\nA name starting with \"_\" is the command's English name.");
+    oxutPrintf(L"\nA name starting with \"_\" is the command's English name. HELP TOPIC shows a help topic.");
     return STATUS_NORMAL;
 }
 
@@ -150,7 +151,8 @@ void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostComm
     add(L"SAVEAS", L"saves the drawing under a new name", [s] { return saveAs(*s); });
     add(L"QUIT", L"ends pavo", [s] { return quit(*s); });
     add(L"SETVAR", L"lists or changes system variables", [s] { return setvar(*s); });
-    add(L"HELP", L"lists the commands", [s] { return help(*s); });
+    add(L"HELP", L"lists the commands; HELP TOPIC shows a help topic", [s] { return help(*s); });
+    owned.back()->setArgumentRunner([](const std::wstring& topic) { return showHelpTopic(topic); });
     add(L"INITDIA", L"makes the next command show its dialog", [s] {
         s->requestDialogForNextCommand();
         return STATUS_NORMAL;

@@ -26,7 +26,12 @@ public:
     HostCommandFactory(std::wstring name, std::wstring description, std::function<int()> run)
         : m_name(std::move(name)), m_description(std::move(description)), m_run(std::move(run)) {}
     ~HostCommandFactory() = default;
-    IPavoBuildInCommand* create() override { return new HostCommand(m_run); }
+    IPavoBuildInCommand* create() override {
+        if (m_argument.empty()) return new HostCommand(m_run);
+        auto run = [runner = m_runWithArgument, argument = std::move(m_argument)] { return runner(argument); };
+        m_argument.clear();
+        return new HostCommand(run);
+    }
     void release(IPavoBuildInCommand* cmd) override { delete cmd; }
     unsigned int flags() const override { return kPavoCmdModal | kPavoCmdScriptable; }
     void addFlags(unsigned int, bool) override {}
@@ -35,9 +40,17 @@ public:
     const wchar_t* localName() const override { return m_name.c_str(); }
     const wchar_t* description() const override { return m_description.c_str(); }
 
+    // Commands that take the rest of the line typed at "Command: " ("HELP
+    // TOPIC"): the next run gets `argument`.
+    void setArgumentRunner(std::function<int(const std::wstring&)> run) { m_runWithArgument = std::move(run); }
+    bool takesArgument() const { return static_cast<bool>(m_runWithArgument); }
+    void setArgument(std::wstring argument) { m_argument = std::move(argument); }
+
 private:
     std::wstring m_name, m_description;
     std::function<int()> m_run;
+    std::function<int(const std::wstring&)> m_runWithArgument;
+    std::wstring m_argument;
 };
 
 // Registers OPEN, NEW, SAVE, SAVEAS, QUIT, SETVAR, HELP and INITDIA.

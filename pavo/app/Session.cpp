@@ -19,6 +19,7 @@
 #include "editor/Output.h"
 #include "editor/SelectionSets.h"
 #include "editor/SystemVariables.h"
+#include "editor/UserSettings.h"
 #include "files/DrawingFile.h"
 #include "oxed.h"
 
@@ -68,6 +69,7 @@ SessionOptions defaultSessionOptions(const fs::path& executable) {
     for (const fs::path& r : o.resourcePath) o.supportPath.push_back(r / "support");
     if (const char* home = std::getenv("HOME")) o.historyFile = std::string(home) + "/.pavo_history";
     if (const char* lang = std::getenv("PAVO_LANGUAGE")) o.language = lang;
+    o.userSettingsFile = editor::defaultUserSettingsFile();
     return o;
 }
 
@@ -82,6 +84,9 @@ Session::Session(SessionOptions options, std::unique_ptr<editor::InputSource> in
     m_variables = std::make_unique<editor::SystemVariables>([this] { return m_db.get(); });
     m_editor = std::make_unique<editor::Editor>(*m_input, *m_output, *m_variables);
     editor::Editor::setCurrent(m_editor.get());
+    m_variables->setWarningSink([](const std::wstring& text) { oxutPrintf(L"\n%ls", text); });
+    for (const std::wstring& problem : m_variables->useSettingsFile(m_options.userSettingsFile))
+        oxutPrintf(L"\nIgnored in the settings file %ls: %ls", m_options.userSettingsFile.wstring(), problem);
     m_loader = std::make_unique<ModuleLoader>(&m_commands);
     m_loader->setSearchPath(m_options.modulePath);
     if (!m_input->isTerminal()) m_documentData.stateFlags |= PavoDocumentData::kInputNotTerminal;
@@ -205,6 +210,17 @@ void Session::runCommandLine(const std::wstring& text) {
     if (m_variables->find(bare.c_str())) {
         askVariable(bare);
         return;
+    }
+    // "HELP TOPIC": a host command that takes the rest of the line.
+    if (const size_t blank = text.find_first_of(L" \t"); blank != std::wstring::npos) {
+        const CommandStore::Entry* entry = m_commands.lookup(text.substr(0, blank));
+        auto* host = entry ? dynamic_cast<HostCommandFactory*>(entry->factory) : nullptr;
+        if (host && host->takesArgument()) {
+            m_lastCommand = text;
+            host->setArgument(trimmed(text.substr(blank)));
+            runCommand(*entry);
+            return;
+        }
     }
     oxutPrintf(L"\nUnknown command \"%ls\". Type HELP for the list of commands.", text);
 }

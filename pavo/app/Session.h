@@ -45,6 +45,9 @@ struct SessionOptions {
     std::string language;                           // "" for English
     bool noDialogs = false;
     std::string historyFile;
+    // Where settings kept between sessions live (SETBYLAYERMODE); empty:
+    // they last for the session only.
+    std::filesystem::path userSettingsFile;
 };
 
 // The default folders: PAVO_RESOURCE_PATH / PAVO_MODULE_PATH (colon

@@ -1,17 +1,28 @@
 #include "SessionContext.h"
 
-#include <cstdlib>
-
+#include "DialogAvailability.h"
 #include "ResourceLibraries.h"
 #include "Session.h"
 
 namespace pavo::app {
 
+namespace {
+SessionContext* g_active = nullptr;
+} // namespace
+
+SessionContext::SessionContext(Session& session, bool dialogRequested)
+    : m_session(session), m_dialogRequested(dialogRequested), m_outer(g_active) {
+    g_active = this;
+}
+
 SessionContext::~SessionContext() {
     // A command that did not restore what it switched must not leave the
     // next one on its library.
     while (m_switches-- > 0) ResourceLibraries::instance().pop();
+    g_active = m_outer;
 }
+
+SessionContext* SessionContext::active() { return g_active; }
 
 bool SessionContext::setCurrentResource(const wchar_t* moduleFileName) {
     if (!moduleFileName || !ResourceLibraries::instance().push(moduleFileName)) return false;
@@ -25,14 +36,7 @@ void SessionContext::restoreResource(int) {
     ResourceLibraries::instance().pop();
 }
 
-bool SessionContext::isNoDialogContext() {
-    if (m_session.options().noDialogs) return true;
-    const char* display = std::getenv("DISPLAY");
-    const char* wayland = std::getenv("WAYLAND_DISPLAY");
-    const char* platform = std::getenv("QT_QPA_PLATFORM");
-    const bool offscreen = platform && std::string(platform) == "offscreen";
-    return !offscreen && !(display && *display) && !(wayland && *wayland);
-}
+bool SessionContext::isNoDialogContext() { return !whyNoDialog(m_session.options()).empty(); }
 
 PavoDocumentData* SessionContext::documentState() { return &m_session.documentData(); }
 

@@ -9,8 +9,11 @@ class Session;
 
 class SessionContext : public IPavoBuildInCommandContext {
 public:
-    SessionContext(Session& session, bool dialogRequested) : m_session(session), m_dialogRequested(dialogRequested) {}
+    SessionContext(Session& session, bool dialogRequested);
     ~SessionContext();
+
+    // The context of the command that runs now (null between commands).
+    static SessionContext* active();
 
     bool setCurrentResource(const wchar_t* moduleFileName) override;
     void restoreResource(int reserved) override;
@@ -27,6 +30,7 @@ private:
     Session& m_session;
     bool m_dialogRequested;
     int m_switches = 0;
+    SessionContext* m_outer; // the context active before this one
 };
 
 } // namespace pavo::app

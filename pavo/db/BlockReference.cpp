@@ -28,7 +28,9 @@ Ox::ErrorStatus OxDbBlockReference::setBlockTableRecord(const OxDbObjectId& id) 
     if (id.isNull()) return Ox::eNullObjectId;
     if (const OxDbObject* target = objectOf(id); target && !OxDbBlockTableRecord::cast(target))
         return Ox::eNotThatKindOfClass;
-    return assignIf(writeCheck(), m_block, id);
+    const Ox::ErrorStatus es = assignIf(writeCheck(), m_block, id);
+    if (es == Ox::eOk && cell()) storeOf(cell()).referencesChanged();
+    return es;
 }
 
 Ox::ErrorStatus OxDbBlockReference::setPosition(const OxGePoint3d& p) { return assignIf(writeCheck(), m_position, p); }

@@ -104,16 +104,11 @@ Ox::ErrorStatus OxDbBlockTableRecord::getBlockReferenceIds(OxDbObjectIdArray& id
     ids.removeAll();
     OxDbDatabase* db = database();
     if (!db) return Ox::eNoDatabase;
-    auto* blocks = OxDbBlockTable::cast(objectOf(db->blockTableId()));
-    if (!blocks) return Ox::eOk;
-    for (const OxDbCell* blockCell : blocks->impl()->records) {
-        const auto* block = OxDbBlockTableRecord::cast(blockCell->object.get());
-        if (!block || blockCell->erased) continue;
-        for (OxDbCell* cell : block->impl()->entities) {
-            const auto* reference = OxDbBlockReference::cast(cell->object.get());
-            if (reference && !cell->erased && reference->blockTableRecord() == objectId())
-                ids.append(OxDbObjectId(cell));
-        }
+    for (OxDbCell* cell : db->impl()->store.referencesTo(this->cell())) {
+        const auto* reference = OxDbBlockReference::cast(cell->object.get());
+        const OxDbCell* owner = cell->owner.cell();
+        if (reference && !cell->erased && (!owner || !owner->erased) && reference->blockTableRecord() == objectId())
+            ids.append(OxDbObjectId(cell));
     }
     return Ox::eOk;
 }

@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#include "OxDbEntity.h"
+#include "OxDbSymbolTable.h"
+#include "SymbolTableImpl.h"
+
 void pavo::db::OpenSet::insert(OxDbCell* cell) {
     if (cell->openSlot != kNoSlot) return;
     cell->openSlot = static_cast<std::uint32_t>(m_cells.size());
@@ -49,9 +53,29 @@ OxDbObjectId Store::attach(OxDbObject* obj, const OxDbObjectId& owner, OxDbCell*
     if (!cell || cell->object) cell = newCell();
     cell->object.reset(obj);
     cell->cls = obj->isA();
+    if (cell->cls == OxDbBlockReference::desc()) referencesChanged();
     cell->owner = owner;
     obj->attachCell(cell);
     return OxDbObjectId(cell);
+}
+
+const std::vector<OxDbCell*>& Store::referencesTo(const OxDbCell* block) {
+    if (!referenceIndexValid) {
+        referenceIndex.clear();
+        const OxDbCell* tableCell = database->blockTableId().cell();
+        const auto* blocks = tableCell ? OxDbBlockTable::cast(tableCell->object.get()) : nullptr;
+        for (const OxDbCell* blockCell : blocks ? blocks->impl()->records : std::vector<OxDbCell*>{}) {
+            const auto* owner = OxDbBlockTableRecord::cast(blockCell->object.get());
+            if (!owner) continue;
+            for (OxDbCell* cell : owner->impl()->entities)
+                if (const auto* reference = OxDbBlockReference::cast(cell->object.get()))
+                    referenceIndex[reference->blockTableRecord().cell()].push_back(cell);
+        }
+        referenceIndexValid = true;
+    }
+    static const std::vector<OxDbCell*> kNone;
+    const auto found = referenceIndex.find(block);
+    return found == referenceIndex.end() ? kNone : found->second;
 }
 
 } // namespace pavo::db

@@ -96,6 +96,14 @@ struct Store {
     // block append, attribute append) takes this cell instead of a new one.
     void setPendingCell(OxDbCell* cell) { pendingCell = cell; }
     OxDbCell* pendingCell = nullptr;
+
+    // The block references of the drawing by the block they insert, erased
+    // ones included, in block table and drawing order. Built on first use;
+    // a reference made resident or pointed at another block drops it.
+    const std::vector<OxDbCell*>& referencesTo(const OxDbCell* block);
+    void referencesChanged() { referenceIndexValid = false; }
+    std::unordered_map<const OxDbCell*, std::vector<OxDbCell*>> referenceIndex;
+    bool referenceIndexValid = false;
 };
 
 } // namespace pavo::db

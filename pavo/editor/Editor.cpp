@@ -43,7 +43,8 @@ InputLine Editor::askLine(const std::wstring& prompt, const std::vector<std::wst
         m_output->write(text);
     }
     m_output->flush();
-    InputLine line = m_input->read(text.substr(lastLineStart), completions);
+    InputLine line = m_unread ? std::move(*m_unread) : m_input->read(text.substr(lastLineStart), completions);
+    m_unread.reset();
     switch (line.kind) {
     case InputLine::Text:
         m_output->answered(pavo::fromUtf8(line.text), m_input->echoes());

@@ -37,6 +37,9 @@ public:
     InputLine ask(const std::wstring& prompt, const std::vector<std::wstring>& completions = {});
     // True once the input source is used up.
     bool inputEnded() const { return m_inputEnded; }
+    // Gives `line` back: the next ask() answers with it instead of reading
+    // (a script line that an open dialog did not take).
+    void unread(InputLine line) { m_unread = std::move(line); }
 
     // oxedInitGet state (applies to the next input call only).
     void initGet(int flags, const wchar_t* keywords);
@@ -87,6 +90,7 @@ private:
     Pending m_pending;
     KeywordList m_lastKeywords; // kept for oxedGetInput after string input
     OxString m_lastInput;
+    std::optional<InputLine> m_unread;
     bool m_inputEnded = false;
 };
 

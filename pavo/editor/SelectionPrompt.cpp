@@ -1,6 +1,7 @@
 #include "editor/SelectionPrompt.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "OxString.h"
 #include "base/Utf8.h"
@@ -130,17 +131,23 @@ Selection::Step Selection::window(bool crossing) {
 void Selection::apply(const IdList& found) {
     const bool hadAny = !m_ids.empty();
     int duplicates = 0, removed = 0;
-    for (const OxDbObjectId& id : found) {
-        const auto at = std::find(m_ids.begin(), m_ids.end(), id);
-        if (m_removing) {
-            if (at != m_ids.end()) {
-                m_ids.erase(at);
-                ++removed;
-            }
-        } else if (at != m_ids.end()) {
-            ++duplicates;
-        } else {
-            m_ids.push_back(id);
+    if (m_removing) {
+        const std::unordered_set<OxDbObjectId> gone(found.begin(), found.end());
+        const auto kept = std::remove_if(m_ids.begin(), m_ids.end(),
+                                         [&](const OxDbObjectId& id) { return gone.count(id) != 0; });
+        removed = static_cast<int>(m_ids.end() - kept);
+        m_ids.erase(kept, m_ids.end());
+    } else if (!hadAny) {
+        // What one answer finds holds each object once: the common first
+        // answer (ALL on a large drawing) needs no look-ups.
+        m_ids = found;
+    } else {
+        std::unordered_set<OxDbObjectId> chosen(m_ids.begin(), m_ids.end());
+        for (const OxDbObjectId& id : found) {
+            if (chosen.insert(id).second)
+                m_ids.push_back(id);
+            else
+                ++duplicates;
         }
     }
     std::wstring text = L"\n" + std::to_wstring(found.size()) + L" found";

@@ -43,6 +43,7 @@ std::vector<SystemVariableRow> sessionVariableRows() {
     };
     for (SystemVariableRow& row : rows) {
         if (row.definition.name == L"LWDEFAULT") row.check = checkLineweight;
+        if (row.definition.name == L"SETBYLAYERMODE") row.definition.storage = Storage::User;
     }
     return rows;
 }

@@ -7,6 +7,8 @@
 #include "base/CaseFold.h"
 #include "editor/NumberText.h"
 #include "editor/SystemVariableTable.h"
+#include "editor/UserSettings.h"
+#include "base/Utf8.h"
 
 namespace pavo::editor {
 namespace {
@@ -66,6 +68,19 @@ struct SystemVariables::Impl {
     std::vector<Definition> definitions;
     std::vector<SysVarValue> sessionValues;    // per row; used by session variables
     std::map<std::wstring, std::size_t> index; // folded name -> row
+    std::filesystem::path settingsFile;        // where user variables are kept
+    std::function<void(const std::wstring&)> warn;
+
+    void saveUserVariables() {
+        if (settingsFile.empty()) return;
+        std::vector<UserSetting> settings;
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            if (rows[i].definition.storage == Storage::User)
+                settings.push_back({rows[i].definition.name, std::to_wstring(std::get<long long>(sessionValues[i]))});
+        std::string error;
+        if (!writeUserSettings(settingsFile, settings, error) && warn)
+            warn(L"The setting is kept for this session only: " + fromUtf8(error) + L".");
+    }
 
     std::optional<std::size_t> find(const wchar_t* name) const {
         if (!name) return std::nullopt;
@@ -76,7 +91,7 @@ struct SystemVariables::Impl {
 
     std::optional<SysVarValue> value(std::size_t i) const {
         const SystemVariableRow& row = rows[i];
-        if (row.definition.storage == Storage::Session) return sessionValues[i];
+        if (row.definition.storage != Storage::Drawing) return sessionValues[i];
         OxDbDatabase* db = database ? database() : nullptr;
         if (!db || !row.read) return std::nullopt;
         return row.read(*db);
@@ -102,8 +117,10 @@ struct SystemVariables::Impl {
         if (row.check) {
             if (std::wstring why = row.check(value); !why.empty()) return refuse(message, std::move(why));
         }
-        if (def.storage == Storage::Session) {
+        if (def.storage != Storage::Drawing) {
+            const bool changed = sessionValues[i] != value;
             sessionValues[i] = value;
+            if (def.storage == Storage::User && changed) saveUserVariables();
             return STATUS_NORMAL;
         }
         OxDbDatabase* db = database ? database() : nullptr;
@@ -216,6 +233,41 @@ void SystemVariables::setSessionInt(const wchar_t* name, int value) {
         m_impl->sessionValues[*i] = static_cast<long long>(value);
     }
 }
+
+std::vector<std::wstring> SystemVariables::useSettingsFile(const std::filesystem::path& file) {
+    m_impl->settingsFile.clear(); // reading the file must not write it back
+    std::vector<std::wstring> problems;
+    std::error_code ec;
+    if (!file.empty() && std::filesystem::exists(file, ec)) {
+        std::string text;
+        std::FILE* in = std::fopen(file.c_str(), "rb");
+        if (in) {
+            char buffer[4096];
+            for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, in)) > 0 && text.size() < (1u << 20);)
+                text.append(buffer, n);
+            std::fclose(in);
+        } else {
+            problems.push_back(L"the file cannot be read");
+        }
+        UserSettingsText parsed = parseUserSettings(text);
+        problems.insert(problems.end(), parsed.problems.begin(), parsed.problems.end());
+        for (const UserSetting& setting : parsed.settings) {
+            const std::optional<std::size_t> i = m_impl->find(setting.name.c_str());
+            if (!i || m_impl->rows[*i].definition.storage != Storage::User) {
+                problems.push_back(L"line " + std::to_wstring(setting.line) + L": " + setting.name +
+                                   L" is not a setting kept between sessions");
+                continue;
+            }
+            std::wstring why;
+            if (setFromText(setting.name.c_str(), setting.value, &why) != STATUS_NORMAL)
+                problems.push_back(L"line " + std::to_wstring(setting.line) + L": " + setting.name + L": " + why);
+        }
+    }
+    m_impl->settingsFile = file;
+    return problems;
+}
+
+void SystemVariables::setWarningSink(std::function<void(const std::wstring&)> sink) { m_impl->warn = std::move(sink); }
 
 std::function<OxDbDatabase*()> workingDatabaseSource() {
     return [] {

@@ -2,6 +2,7 @@
 // kept (the drawing, or the session).
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -18,7 +19,9 @@ namespace pavo::editor {
 class SystemVariables {
 public:
     enum class Type { Int16, Int32, Real, String };
-    enum class Storage { Drawing, Session };
+    // User variables last for the session and are kept in the user's
+    // settings file for the next ones.
+    enum class Storage { Drawing, Session, User };
 
     struct Definition {
         std::wstring name;
@@ -48,6 +51,13 @@ public:
 
     // Session values that a caller may set directly (ERRNO from picks).
     void setSessionInt(const wchar_t* name, int value);
+
+    // Reads the user variables from the settings file `file` and keeps them
+    // there from now on (an empty path: for this session only). Returns
+    // what was wrong in the file, one line each; those lines are ignored.
+    std::vector<std::wstring> useSettingsFile(const std::filesystem::path& file);
+    // Where a failure to keep a user variable is reported.
+    void setWarningSink(std::function<void(const std::wstring&)> sink);
 
 private:
     struct Impl;

@@ -1,0 +1,38 @@
+#include "ui/UiApplication.h"
+
+#include <QApplication>
+#include <QWidget>
+
+#include "OxUiDialog.h"
+
+namespace pavo::ui {
+
+void ensureApplication() {
+    if (QApplication::instance()) return;
+    // Qt keeps references to these for the application's life.
+    static int argc = 1;
+    static char name[] = "pavo";
+    static char* argv[] = {name, nullptr};
+    // Never deleted: dialogs may be shown until the process ends, and the
+    // library stays loaded (it is linked with -z nodelete).
+    new QApplication(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+QWidget* mainWindow() {
+    ensureApplication();
+    static QWidget* window = [] {
+        auto* w = new QWidget();
+        w->setObjectName(QStringLiteral("pavo"));
+        w->setWindowTitle(QStringLiteral("pavo"));
+        return w;
+    }();
+    return window;
+}
+
+} // namespace pavo::ui
+
+CWnd* AfxGetMainWnd() {
+    static CWnd window(pavo::ui::mainWindow());
+    return &window;
+}
