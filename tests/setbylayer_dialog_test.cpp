@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 
 #include "RunPavo.h"
 #include "base/Utf8.h"
@@ -53,8 +55,9 @@ TEST(SetByLayerDialog, ClicksChangeTheShownBitsAndKeepBits32And64) {
 
 TEST(SetByLayerDialog, PlotStyleUnderColourStylesAndMaterialAreDisabledAndClicksChangeNothing) {
     ScriptedSession s({"PSTYLEMODE", "1", "SETBYLAYER", "S", "@list", "@click IDC_SETBYLAYER_PRINTSTYLE",
-                       "@check IDC_SETBYLAYER_MATERIAL off", "@ok", "", "SETBYLAYERMODE"},
+                       "@check IDC_SETBYLAYER_MATERIAL off", "@ok", "ALL", "", "", ""},
                       Drawing::New, dialogOptions());
+    modelLine(s.database(), 0, 0);
     ASSERT_EQ(s.run(), 0) << s.transcript();
     const std::string out = s.transcript();
     // Bit 16 is set (255) but the box is off and disabled; material shows bit 8.
@@ -64,13 +67,14 @@ TEST(SetByLayerDialog, PlotStyleUnderColourStylesAndMaterialAreDisabledAndClicks
               std::string::npos);
     EXPECT_NE(out.find("IDC_SETBYLAYER_MATERIAL is disabled; nothing changed."), std::string::npos);
     // OK keeps every bit, plot style included.
-    EXPECT_NE(out.find("Enter new value for SETBYLAYERMODE <255>:"), std::string::npos) << out;
+    EXPECT_EQ(mode(s), "255");
 }
 
 TEST(SetByLayerDialog, NamedPlotStylesEnableThePlotStyleBox) {
     ScriptedSession s({"PSTYLEMODE", "0", "SETBYLAYERMODE", "7", "SETBYLAYER", "S", "@list",
-                       "@click IDC_SETBYLAYER_PRINTSTYLE", "@ok", "", "", ""},
+                       "@click IDC_SETBYLAYER_PRINTSTYLE", "@ok", "ALL", "", "", ""},
                       Drawing::New, dialogOptions());
+    modelLine(s.database(), 0, 0);
     ASSERT_EQ(s.run(), 0) << s.transcript();
     const std::string out = s.transcript();
     EXPECT_NE(out.find("IDC_SETBYLAYER_PRINTSTYLE \"Plot style\": unchecked\n"), std::string::npos) << out;
@@ -139,7 +143,7 @@ TEST(SetByLayerDialog, ShotSavesAPictureOfTheDialog) {
     EXPECT_EQ(png.substr(0, 8), "\x89PNG\r\n\x1a\n");
 }
 
-TEST(SetByLayerDialog, WithoutADisplayNoDialogIsShownAndQtIsNotLoaded) {
+TEST(SetByLayerDialog, WithoutADisplayNoDialogIsShown) {
     unsetenv("QT_QPA_PLATFORM");
     const char* display = std::getenv("DISPLAY");
     const std::string saved = display ? display : "";
@@ -161,4 +165,58 @@ TEST(HelpTopics, HelpTopicAtTheCommandLineShowsTheTopic) {
     EXPECT_NE(s.transcript().find("Command: HELP SETBYLAYER_DIA\nSetByLayer Settings\n"), std::string::npos)
         << s.transcript();
     EXPECT_NE(s.transcript().find("There is no help topic \"nosuch\"."), std::string::npos);
+}
+
+namespace {
+
+// Runs pavo on `script` with the dynamic loader reporting each library it
+// loads; the libraries' names are in the output.
+pavotest::PavoRun runReportingLibraries(const std::string& script, bool offscreen) {
+    pavotest::TempFolder folder;
+    folder.write("script.scr", script);
+    setenv("LD_DEBUG", "files", 1);
+    if (offscreen) setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const char* display = std::getenv("DISPLAY");
+    const std::string savedDisplay = display ? display : "";
+    unsetenv("DISPLAY");
+    pavotest::PavoRun run = pavotest::runPavo({"--new", "--script", folder.path("script.scr")});
+    unsetenv("LD_DEBUG");
+    unsetenv("QT_QPA_PLATFORM");
+    if (!savedDisplay.empty()) setenv("DISPLAY", savedDisplay.c_str(), 1);
+    return run;
+}
+
+} // namespace
+
+TEST(SetByLayerDialog, QtIsLoadedOnlyWhenADialogIsShown) {
+    // A session that runs SETBYLAYER and asks for its settings where no
+    // dialog can be shown maps no Qt library.
+    const pavotest::PavoRun plain = runReportingLibraries("LINE\n0,0\n1,1\n\nSETBYLAYER\nS\nALL\n\n\n\n", false);
+    EXPECT_EQ(plain.status, 0) << plain.output;
+    EXPECT_NE(plain.output.find("\n1 found\n"), std::string::npos) << plain.output;
+    EXPECT_NE(plain.output.find("VxLayerCmds.pvx"), std::string::npos); // the report is there
+    EXPECT_EQ(plain.output.find("libQt5"), std::string::npos);
+    EXPECT_EQ(plain.output.find("libpavoui"), std::string::npos);
+
+    // The first dialog loads them.
+    const pavotest::PavoRun dialog = runReportingLibraries("SETBYLAYER\nS\n@cancel\n^C\n", true);
+    EXPECT_EQ(dialog.status, 0) << dialog.output;
+    EXPECT_NE(dialog.output.find("libpavoui.so"), std::string::npos) << dialog.output;
+    EXPECT_NE(dialog.output.find("libQt5Widgets.so"), std::string::npos);
+}
+
+TEST(SetByLayerDialog, TheCommandLineDocumentsExampleIsWhatPavoPrints) {
+    std::ifstream in(std::string(PAVO_TEST_RESOURCE_DIR) + "/../docs/command-line.md");
+    std::stringstream doc;
+    doc << in.rdbuf();
+    const std::string text = doc.str();
+    const size_t start = text.find("```text\nCommand: SETBYLAYER\n");
+    ASSERT_NE(start, std::string::npos);
+    const size_t from = start + 8, end = text.find("```", from);
+    const std::string example = text.substr(from, end - from);
+    ScriptedSession s({"SETBYLAYER", "S", "@check IDC_SETBYLAYER_COLOR off", "@ok", "^C"}, Drawing::New,
+                      dialogOptions());
+    ASSERT_EQ(s.run(), 0);
+    EXPECT_NE(s.transcript().find(example.substr(0, example.size() - 1)), std::string::npos)
+        << s.transcript() << "\n---\n" << example;
 }

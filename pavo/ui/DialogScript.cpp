@@ -4,6 +4,7 @@
 
 #include "OxUiDialog.h"
 #include "editor/Editor.h"
+#include "oxed.h"
 
 using pavo::editor::Editor;
 using pavo::editor::InputLine;

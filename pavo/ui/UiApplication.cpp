@@ -1,14 +1,27 @@
 #include "ui/UiApplication.h"
 
 #include <QApplication>
+#include <cstdio>
 #include <QWidget>
 
 #include "OxUiDialog.h"
 
 namespace pavo::ui {
 
+namespace {
+
+// pavo's output is its transcript: Qt's debug chatter and warnings (such as
+// the offscreen platform's) stay out of it unless PAVO_QT_MESSAGES is set.
+void qtMessage(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type == QtCriticalMsg || type == QtFatalMsg || qEnvironmentVariableIsSet("PAVO_QT_MESSAGES"))
+        std::fprintf(stderr, "Qt: %s\n", message.toLocal8Bit().constData());
+}
+
+} // namespace
+
 void ensureApplication() {
     if (QApplication::instance()) return;
+    qInstallMessageHandler(qtMessage);
     // Qt keeps references to these for the application's life.
     static int argc = 1;
     static char name[] = "pavo";
