@@ -79,7 +79,39 @@ OxDbEntity* randomEntity(Random& rnd, double extent) {
     }
 }
 
+// Gives every `every`-th entity its own properties (ByBlock ones in a
+// definition); the others stay ByLayer.
+void giveProperties(OxDbDatabase& db, OxDbEntity* entity, std::size_t i, std::size_t every, bool inDefinition) {
+    if (every == 0 || i % every != 0) return;
+    if (inDefinition) {
+        entity->setColor(OxCmColor::byBlock());
+        entity->setLinetype(db.byBlockLinetype());
+        entity->setLineWeight(OxDb::kLnWtByBlock);
+        OxCmTransparency byBlock;
+        byBlock.setMethod(OxCmTransparency::kByBlock);
+        entity->setTransparency(byBlock);
+        return;
+    }
+    entity->setColorIndex(static_cast<std::uint16_t>(1 + i % 7));
+    entity->setLinetype(db.continuousLinetype());
+    entity->setLineWeight(OxDb::kLnWt035);
+    entity->setTransparency(OxCmTransparency(200));
+}
+
 } // namespace
+
+DrawingSize setByLayerDrawingSize(std::size_t entities, std::size_t explicitEvery) {
+    DrawingSize size;
+    size.entities = entities;
+    size.layers = 100;
+    size.blocks = 100;
+    size.blockEntities = 100;
+    size.nestedEvery = 10;
+    size.referenceEvery = 100;
+    size.explicitEvery = explicitEvery;
+    size.layouts = 0;
+    return size;
+}
 
 std::unique_ptr<OxDbDatabase> generateDrawing(const DrawingSize& size) {
     auto db = std::make_unique<OxDbDatabase>(true);
@@ -98,7 +130,13 @@ std::unique_ptr<OxDbDatabase> generateDrawing(const DrawingSize& size) {
             delete def;
             continue;
         }
-        for (int k = 0; k < 5; ++k) appendEntity(def, randomEntity(rnd, 20.0), layers[rnd.below(layers.size())]);
+        for (std::size_t k = 0; k < size.blockEntities; ++k) {
+            OxDbEntity* entity = randomEntity(rnd, 20.0);
+            giveProperties(*db, entity, k, size.explicitEvery, true);
+            appendEntity(def, entity, layers[rnd.below(layers.size())]);
+        }
+        if (size.nestedEvery != 0 && b % size.nestedEvery == size.nestedEvery - 1 && !definitions.empty())
+            appendEntity(def, new OxDbBlockReference(OxGePoint3d(10, 10), definitions.back()), layers[0]);
         def->close();
         definitions.push_back(id);
     }
@@ -108,13 +146,16 @@ std::unique_ptr<OxDbDatabase> generateDrawing(const DrawingSize& size) {
     oxdbOpenObject(model, db->modelSpaceId(), OxDb::kForWrite);
     for (std::size_t i = 0; i < size.entities; ++i) {
         const OxDbObjectId& layer = layers[rnd.below(layers.size())];
-        if (!definitions.empty() && i % 50 == 0)
-            appendEntity(model,
-                         new OxDbBlockReference(OxGePoint3d(rnd.real(0, extent), rnd.real(0, extent)),
-                                                definitions[rnd.below(definitions.size())]),
-                         layer);
-        else
-            appendEntity(model, randomEntity(rnd, extent), layer);
+        if (!definitions.empty() && size.referenceEvery != 0 && i % size.referenceEvery == 0) {
+            auto* reference = new OxDbBlockReference(OxGePoint3d(rnd.real(0, extent), rnd.real(0, extent)),
+                                                     definitions[rnd.below(definitions.size())]);
+            if (size.explicitEvery != 0 && (i / size.referenceEvery) % 2 == 0) reference->setColorIndex(1);
+            appendEntity(model, reference, layer);
+        } else {
+            OxDbEntity* entity = randomEntity(rnd, extent);
+            giveProperties(*db, entity, i, size.explicitEvery, false);
+            appendEntity(model, entity, layer);
+        }
     }
     model->close();
 

@@ -15,7 +15,22 @@ struct DrawingSize {
     std::size_t blocks = 20;
     std::size_t layouts = 4;
     std::size_t viewportsPerLayout = 3;
+    // Every referenceEvery-th model-space entity is a block reference.
+    std::size_t referenceEvery = 50;
+    // Entities of each block definition; every nestedEvery-th definition
+    // (0: none) holds, besides, a reference to the definition made before it.
+    std::size_t blockEntities = 5;
+    std::size_t nestedEvery = 0;
+    // Every explicitEvery-th entity (0: none) has its own colour, linetype,
+    // lineweight and transparency instead of ByLayer; inside definitions
+    // they are ByBlock instead, and every other reference is red.
+    std::size_t explicitEvery = 0;
 };
+
+// SETBYLAYER's drawing: 1,000,000 model-space entities of which 10,000 are
+// references to 100 definitions of 100 entities, every tenth definition
+// nesting another; `explicitEvery` as above.
+DrawingSize setByLayerDrawingSize(std::size_t entities, std::size_t explicitEvery);
 
 // Deterministic: the same size gives the same drawing.
 std::unique_ptr<OxDbDatabase> generateDrawing(const DrawingSize& size);

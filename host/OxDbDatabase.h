@@ -77,6 +77,12 @@ public:
     Ox::ErrorStatus setCecolor(const OxCmColor& color);
     OxDb::LineWeight celweight() const;
     Ox::ErrorStatus setCelweight(OxDb::LineWeight weight);
+    OxCmTransparency cetransparency() const;
+    Ox::ErrorStatus setCetransparency(const OxCmTransparency& transparency);
+    // The plot style of new objects: "ByLayer", "ByBlock" or a name of the
+    // plot style name dictionary (eKeyNotFound for another name).
+    OxString cepstyle() const;
+    Ox::ErrorStatus setCepstyle(const wchar_t* name);
 
     // Header variables kept in the drawing.
     bool tilemode() const;

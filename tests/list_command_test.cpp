@@ -29,17 +29,18 @@ TEST(ListCommand, ShowsPropertiesAndGeometry) {
     EXPECT_NE(t.find("LINE  Layer: \"WALLS\"  Space: Model space  Handle = " + handle +
                      "\n"
                      "    Color:         red\n"
-                     "    Linetype:      BYLAYER\n"
+                     "    Linetype:      BYLAYER (Continuous)\n"
                      "    Lineweight:    0.25 mm\n"
                      "    Transparency:  50%\n"
-                     "    Plot style:    ByLayer\n"
+                     "    Plot style:    ByLayer (Normal)\n"
+                     "    Material:      ByLayer (Global)\n"
                      "    From point:    X=0.0000  Y=0.0000  Z=0.0000\n"
                      "    To point:      X=3.0000  Y=4.0000  Z=0.0000\n"
                      "    Length:        5.0000\n"
                      "CIRCLE  Layer: \"0\""),
               std::string::npos)
         << t;
-    EXPECT_NE(t.find("    Color:         BYLAYER\n"), std::string::npos);
+    EXPECT_NE(t.find("    Color:         BYLAYER (white)\n"), std::string::npos);
     EXPECT_NE(t.find("    Radius:        5.0000"), std::string::npos);
 }
 

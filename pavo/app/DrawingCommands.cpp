@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "EntityProperties.h"
 #include "HostCommandSets.h"
 #include "OxDbDatabase.h"
 #include "OxDbEntity.h"
@@ -38,6 +39,8 @@ bool appendToCurrentSpace(OxDbEntity* entity, OxDbObjectId& id) {
     entity->setColor(db->cecolor());
     entity->setLinetype(db->celtype());
     entity->setLineWeight(db->celweight());
+    entity->setTransparency(db->cetransparency());
+    setPlotStyleByName(*db, *entity, db->cepstyle());
     const Ox::ErrorStatus es = space->appendOxDbEntity(id, entity);
     space->close();
     if (es != Ox::eOk) {

@@ -14,5 +14,7 @@ void registerSelectionCommands(const AddHostCommand& add);
 void registerDrawingCommands(const AddHostCommand& add);
 // LAYERSTATE.
 void registerLayerStateCommands(const AddHostCommand& add);
+// CHPROP.
+void registerPropertyCommands(const AddHostCommand& add);
 
 } // namespace pavo::app

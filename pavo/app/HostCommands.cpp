@@ -160,6 +160,7 @@ void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostComm
     registerSelectionCommands(add);
     registerDrawingCommands(add);
     registerLayerStateCommands(add);
+    registerPropertyCommands(add);
 }
 
 } // namespace pavo::app

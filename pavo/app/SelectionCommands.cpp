@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "HostCommandSets.h"
+#include "ResolvedProperties.h"
+#include "SelectedObjects.h"
 #include "OxDbDatabase.h"
 #include "OxDbDictionary.h"
 #include "OxDbEntity.h"
@@ -30,8 +32,8 @@ int select() {
     return status;
 }
 
-// The objects a command works on: the pre-selection when commands may see
-// it, else a selection prompt. Empty when nothing was selected.
+} // namespace
+
 std::vector<OxDbObjectId> objectsToWorkOn() {
     std::vector<OxDbObjectId> ids = editor::selection::usablePreselection();
     if (!ids.empty()) return ids;
@@ -47,6 +49,8 @@ std::vector<OxDbObjectId> objectsToWorkOn() {
     oxedSSFree(set);
     return ids;
 }
+
+namespace {
 
 std::wstring number(double value) { return fmt::format(L"{:.4f}", std::abs(value) < 5e-5 ? 0.0 : value); }
 
@@ -115,21 +119,40 @@ std::wstring Lister::plotStyle() const {
 }
 
 void Lister::common() {
+    const ResolvedProperties resolved = resolveProperties(m_entity, nullptr);
+    // A ByLayer or ByBlock value is followed by what it comes to.
+    const auto shown = [](const std::wstring& value, bool byLayer, bool byBlock, const std::wstring& result) {
+        if (byLayer) return value + L" (" + result + L")";
+        if (byBlock) return value + L" (" + result + L" outside a block)";
+        return value;
+    };
     const OxCmColor color = m_entity.color();
-    line(L"Color", color.isByLayer() ? L"BYLAYER" : color.isByBlock() ? L"BYBLOCK" : color.colorNameForDisplay().str());
+    line(L"Color", shown(color.isByLayer() ? L"BYLAYER" : color.isByBlock() ? L"BYBLOCK" : color.colorNameForDisplay().str(),
+                         color.isByLayer(), color.isByBlock(), resolved.color));
     const OxDbDatabase* db = m_entity.database();
     const OxDbObjectId linetype = m_entity.linetypeId();
-    line(L"Linetype", linetype == db->byLayerLinetype()   ? L"BYLAYER"
-                      : linetype == db->byBlockLinetype() ? L"BYBLOCK"
-                                                          : recordName(linetype));
+    line(L"Linetype", shown(linetype == db->byLayerLinetype()   ? L"BYLAYER"
+                            : linetype == db->byBlockLinetype() ? L"BYBLOCK"
+                                                                : recordName(linetype),
+                            linetype == db->byLayerLinetype(), linetype == db->byBlockLinetype(), resolved.linetype));
     OxString weight;
     PavoServicesManager::lineWeightToString(m_entity.lineWeight(), weight);
-    line(L"Lineweight", weight.str());
+    line(L"Lineweight", shown(weight.str(), m_entity.lineWeight() == OxDb::kLnWtByLayer,
+                              m_entity.lineWeight() == OxDb::kLnWtByBlock, resolved.lineweight));
     const OxCmTransparency t = m_entity.transparency();
-    line(L"Transparency", t.isByLayer()   ? L"ByLayer"
-                          : t.isByBlock() ? L"ByBlock"
-                                          : std::to_wstring(static_cast<int>(std::lround(t.alphaPercent()))) + L"%");
-    line(L"Plot style", plotStyle());
+    line(L"Transparency", shown(t.isByLayer()   ? L"ByLayer"
+                                : t.isByBlock() ? L"ByBlock"
+                                                : std::to_wstring(static_cast<int>(std::lround(t.alphaPercent()))) + L"%",
+                                t.isByLayer(), t.isByBlock(), resolved.transparency + L"%"));
+    OxDbObjectId styleId;
+    const OxDb::PlotStyleNameType styleType = m_entity.getPlotStyleNameId(styleId);
+    line(L"Plot style", shown(plotStyle(), styleType == OxDb::kPlotStyleNameByLayer,
+                              styleType == OxDb::kPlotStyleNameByBlock, resolved.plotStyle));
+    const OxDbObjectId material = m_entity.materialId();
+    line(L"Material", shown(material == db->byLayerMaterial()   ? L"ByLayer"
+                            : material == db->byBlockMaterial() ? L"ByBlock"
+                                                                : resolved.material,
+                            material == db->byLayerMaterial(), material == db->byBlockMaterial(), resolved.material));
 }
 
 void Lister::textProperties(const OxDbText& text) {
@@ -145,6 +168,10 @@ void Lister::insert(const OxDbBlockReference& reference) {
     const OxGeScale3d s = reference.scaleFactors();
     line(L"Scale", L"X=" + number(s.sx) + L"  Y=" + number(s.sy) + L"  Z=" + number(s.sz));
     line(L"Rotation", degrees(reference.rotation()));
+    // The reference's own values are what its ByBlock contents take.
+    const ResolvedProperties r = resolveProperties(reference, nullptr);
+    line(L"ByBlock takes", r.color + L", " + r.linetype + L", " + r.lineweight + L", " + r.transparency + L"%, " +
+                               r.plotStyle + L", " + r.material);
     for (const OxDbObjectId& id : reference.attributeIds()) {
         OxDbAttribute* attribute = nullptr;
         if (oxdbOpenObject(attribute, id, OxDb::kForRead) != Ox::eOk) continue;

@@ -150,6 +150,8 @@ bool Session::openSample() {
     return true;
 }
 
+void Session::useDrawing(std::unique_ptr<OxDbDatabase> db) { adoptDrawing(std::move(db)); }
+
 void Session::newDrawing() { adoptDrawing(std::make_unique<OxDbDatabase>(true)); }
 
 bool Session::saveDrawing(const fs::path& path) {

@@ -69,6 +69,8 @@ public:
     bool openDrawing(const std::filesystem::path& path);
     bool openSample();
     void newDrawing();
+    // Works on `db` from now on (benchmarks hand in generated drawings).
+    void useDrawing(std::unique_ptr<OxDbDatabase> db);
     bool saveDrawing(const std::filesystem::path& path);
     OxDbDatabase* database() const;
 

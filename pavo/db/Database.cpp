@@ -171,6 +171,38 @@ Ox::ErrorStatus OxDbDatabase::setCelweight(OxDb::LineWeight weight) {
     return Ox::eOk;
 }
 
+OxCmTransparency OxDbDatabase::cetransparency() const { return m_impl->cetransparency; }
+
+Ox::ErrorStatus OxDbDatabase::setCetransparency(const OxCmTransparency& transparency) {
+    if (transparency.method() == OxCmTransparency::kErrorValue) return Ox::eInvalidInput;
+    m_impl->cetransparency = transparency;
+    m_impl->modified = true;
+    return Ox::eOk;
+}
+
+OxString OxDbDatabase::cepstyle() const { return m_impl->cepstyle; }
+
+Ox::ErrorStatus OxDbDatabase::setCepstyle(const wchar_t* name) {
+    OxString style(name ? name : L"");
+    style.trim();
+    if (style.compareNoCase(L"ByLayer") == 0) {
+        style = L"ByLayer";
+    } else if (style.compareNoCase(L"ByBlock") == 0) {
+        style = L"ByBlock";
+    } else {
+        OxDbDictionary* styles = nullptr;
+        if (getPlotStyleNameDictionary(styles, OxDb::kForRead) != Ox::eOk) return Ox::eKeyNotFound;
+        OxDbObjectId id;
+        const bool found = styles->getAt(style.kwszPtr(), id) == Ox::eOk;
+        if (found) styles->nameAt(id, style); // the stored spelling
+        styles->close();
+        if (!found) return Ox::eKeyNotFound;
+    }
+    m_impl->cepstyle = style;
+    m_impl->modified = true;
+    return Ox::eOk;
+}
+
 bool OxDbDatabase::tilemode() const { return m_impl->tilemode; }
 
 // Going to a layout puts the user in its paper space (viewport 1); back in

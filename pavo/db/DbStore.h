@@ -124,6 +124,8 @@ struct OxDbDatabase::Impl {
     OxDbObjectId clayer, celtype;
     OxCmColor cecolor;
     OxDb::LineWeight celweight = OxDb::kLnWtByLayer;
+    OxCmTransparency cetransparency;
+    OxString cepstyle = L"ByLayer";
     bool tilemode = true;
     int pstylemode = 0;
     int measurement = 1;

@@ -10,6 +10,7 @@
 #include "PavoAcquireInput.h"
 #include "base/CaseFold.h"
 #include "editor/AcquireQuestion.h"
+#include "editor/ColorText.h"
 #include "editor/Keywords.h"
 #include "editor/NumberText.h"
 #include "files/ColorBook.h"
@@ -78,20 +79,7 @@ int ColorQuestion::run(OxCmColor& color) {
 }
 
 std::optional<OxCmColor> ColorQuestion::plainColor(const std::wstring& answer) const {
-    using In = PavoAcquireInput;
-    if (const std::optional<long long> n = parseInteger(answer)) {
-        if (*n >= 1 && *n <= 255) return OxCmColor::fromIndex(static_cast<std::uint16_t>(*n));
-        if (*n <= -1 && *n >= -255 && allows(In::kAllowNegativeIndex))
-            return OxCmColor::fromIndex(static_cast<std::uint16_t>(static_cast<std::int16_t>(*n)));
-        if (*n == 0 && allows(In::kAllowByBlock)) return OxCmColor::byBlock();
-        if (*n == 256 && allows(In::kAllowByLayer)) return OxCmColor::byLayer();
-        return std::nullopt;
-    }
-    for (std::uint16_t i = 0; i < 7; ++i)
-        if (pavo::equalNoCase(answer, kColorNames[i])) return OxCmColor::fromIndex(static_cast<std::uint16_t>(i + 1));
-    if (allows(In::kAllowByLayer) && pavo::equalNoCase(answer, L"ByLayer")) return OxCmColor::byLayer();
-    if (allows(In::kAllowByBlock) && pavo::equalNoCase(answer, L"ByBlock")) return OxCmColor::byBlock();
-    return std::nullopt;
+    return parseColorText(answer, m_options, false);
 }
 
 std::wstring ColorQuestion::refusal() const {

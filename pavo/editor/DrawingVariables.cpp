@@ -4,6 +4,8 @@
 #include "OxDbLayout.h"
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
+#include "PavoAcquireInput.h"
+#include "editor/ColorText.h"
 #include "editor/SystemVariableTable.h"
 
 namespace pavo::editor {
@@ -53,6 +55,41 @@ std::wstring writeCeltype(OxDbDatabase& db, const SysVarValue& value) {
     const std::optional<OxDbObjectId> id = recordNamed<OxDbLinetypeTable>(db, text(value));
     if (!id) return L"Linetype \"" + text(value) + L"\" is not loaded.";
     return refusal(db.setCeltype(*id));
+}
+
+std::optional<SysVarValue> readCecolor(OxDbDatabase& db) { return db.cecolor().colorNameForDisplay().str(); }
+
+std::wstring writeCecolor(OxDbDatabase& db, const SysVarValue& value) {
+    const std::optional<OxCmColor> color = parseColorText(
+        text(value), PavoAcquireInput::kAllowByLayer | PavoAcquireInput::kAllowByBlock, true);
+    if (!color) return L"Requires ByLayer, ByBlock, a colour number (1-255), a colour name or r,g,b.";
+    return refusal(db.setCecolor(*color));
+}
+
+std::optional<SysVarValue> readCetransparency(OxDbDatabase& db) { return transparencyText(db.cetransparency()); }
+
+std::wstring writeCetransparency(OxDbDatabase& db, const SysVarValue& value) {
+    const std::optional<OxCmTransparency> transparency = parseTransparencyText(text(value));
+    if (!transparency) return L"Requires ByLayer, ByBlock or a transparency from 0 to 90.";
+    return refusal(db.setCetransparency(*transparency));
+}
+
+std::optional<SysVarValue> readCepstyle(OxDbDatabase& db) { return db.cepstyle().str(); }
+
+std::wstring writeCepstyle(OxDbDatabase& db, const SysVarValue& value) {
+    if (db.setCepstyle(text(value).c_str()) != Ox::eOk)
+        return L"Plot style \"" + text(value) + L"\" is not in the drawing; use ByLayer, ByBlock or one of its plot styles.";
+    return {};
+}
+
+// The standard lineweights and -1 ByLayer, -2 ByBlock, -3 Default.
+std::wstring checkCelweight(const SysVarValue& value) {
+    static const long long kWeights[] = {-3, -2, -1, 0,  5,  9,  13, 15, 18,  20,  25,  30,  35, 40,
+                                         50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
+    for (long long w : kWeights)
+        if (std::get<long long>(value) == w) return {};
+    return L"Value must be -1 (ByLayer), -2 (ByBlock), -3 (Default) or a standard lineweight in hundredths of a "
+           L"millimetre.";
 }
 
 OxDbLayoutManager* layoutManager() {
@@ -110,11 +147,24 @@ std::vector<SystemVariableRow> drawingVariableRows() {
         [](OxDbDatabase& db, const SysVarValue& value) { return refusal(db.setLtscale(std::get<double>(value))); }};
     const auto dwgname = std::pair<Reader, Writer>{
         [](OxDbDatabase& db) -> std::optional<SysVarValue> { return db.fileName().str(); }, Writer()};
+    const auto celweight = std::pair<Reader, Writer>{
+        [](OxDbDatabase& db) -> std::optional<SysVarValue> { return static_cast<long long>(db.celweight()); },
+        [](OxDbDatabase& db, const SysVarValue& value) {
+            return refusal(db.setCelweight(static_cast<OxDb::LineWeight>(integer(value))));
+        }};
     const auto positive = [](const SysVarValue& value) {
         return std::get<double>(value) > 0 ? std::wstring() : std::wstring(L"Value must be positive.");
     };
     std::vector<SystemVariableRow> rows = {
+        drawing(L"CECOLOR", Type::String, 0, 0, L"ByLayer", {readCecolor, writeCecolor}, L"Colour of new objects"),
         drawing(L"CELTYPE", Type::String, 0, 0, L"ByLayer", {readCeltype, writeCeltype}, L"Linetype of new objects"),
+        drawing(L"CELWEIGHT", Type::Int16, -3, 211, -1LL,
+                celweight,
+                L"Lineweight of new objects", checkCelweight),
+        drawing(L"CEPSTYLE", Type::String, 0, 0, L"ByLayer", {readCepstyle, writeCepstyle},
+                L"Plot style of new objects (named plot styles)"),
+        drawing(L"CETRANSPARENCY", Type::String, 0, 0, L"ByLayer", {readCetransparency, writeCetransparency},
+                L"Transparency of new objects"),
         drawing(L"CLAYER", Type::String, 0, 0, L"0", {readClayer, writeClayer}, L"The current layer"),
         drawing(L"CTAB", Type::String, 0, 0, L"Model", {readCtab, writeCtab}, L"The current layout"),
         drawing(L"CVPORT", Type::Int16, 1, 32767, 2LL,

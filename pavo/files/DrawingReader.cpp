@@ -135,7 +135,7 @@ private:
     bool header(sj::value& v) {
         static const KeyTable keys{"clayer",     "celtype",     "cecolor",  "celweight", "tilemode",
                                    "pstylemode", "measurement", "extnames", "ltscale",   "insunits",
-                                   "cvport",     "ctab",        "handseed"};
+                                   "cvport",     "ctab",        "handseed", "cetransparency", "cepstyle"};
         std::uint64_t seen = 0;
         OxDbDatabase::Impl& h = m_ctx.impl;
         return m_ctx.fields(v, keys, "the header", seen, [&](int key, sj::value& value) {
@@ -173,6 +173,13 @@ private:
                 // takes a dozen bytes of text at least, which bounds a wild seed.
                 m_ctx.store.byHandle.reserve(std::min<std::uint64_t>(m_handseed, m_ctx.textSize() / 12));
                 return true;
+            case 13:
+                return m_ctx.transparency(value, h.cetransparency);
+            case 14:
+                m_cepstyle.given = true;
+                m_cepstyle.pointer = m_ctx.pointer();
+                m_cepstyle.at = JsonIn::where(value);
+                return m_ctx.text(value, h.cepstyle);
             default:
                 return false;
             }
@@ -707,6 +714,13 @@ private:
             return m_ctx.failAt(m_clayer.pointer, m_clayer.at,
                                 "the current layer \"" + current->name().utf8() + "\" is frozen");
         d.celtype = m_celtype.given ? m_celtype.id : d.byLayerLinetype;
+        if (m_cepstyle.given && d.cepstyle.compareNoCase(L"ByLayer") != 0 && d.cepstyle.compareNoCase(L"ByBlock") != 0) {
+            const auto* styles = peek<OxDbDictionary>(d.plotStyleNameDictionary);
+            OxDbObjectId id;
+            if (!styles || styles->getAt(d.cepstyle.kwszPtr(), id) != Ox::eOk)
+                return m_ctx.failAt(m_cepstyle.pointer, m_cepstyle.at,
+                                    "cepstyle \"" + d.cepstyle.utf8() + "\" is not a plot style of the drawing");
+        }
         d.currentLayout = m_ctab.id;
         for (const auto& id : m_lockedLayers) {
             WriteOpen<OxDbLayerTableRecord> layer(id);
@@ -729,7 +743,7 @@ private:
     OxDbLayerTableRecord m_probeLayer;
     OxDbCell m_probeCell;
     const OxDbObjectId m_probeViewport{&m_probeCell};
-    Deferred m_clayer, m_celtype, m_ctab;
+    Deferred m_clayer, m_celtype, m_ctab, m_cepstyle;
     std::uint64_t m_handseed = 0;
     std::vector<OxDbObjectId> m_lockedLayers;
     const char* m_sectionAt = nullptr;

@@ -200,6 +200,8 @@ private:
         refKey("celtype", h.celtype);
         colorKey("cecolor", h.cecolor);
         lineweightKey("celweight", h.celweight);
+        if (!h.cetransparency.isByLayer()) transparencyKey("cetransparency", h.cetransparency);
+        if (h.cepstyle.compareNoCase(L"ByLayer") != 0) stringKey("cepstyle", h.cepstyle.kwszPtr());
         line(1);
         m_out.key("tilemode");
         m_out.integer(h.tilemode ? 1 : 0);
