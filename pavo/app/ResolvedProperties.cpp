@@ -14,14 +14,6 @@ namespace {
 
 const ResolvedProperties kOutsideBlocks = {L"white", L"Continuous", L"Default", L"0", L"ByBlock", L"Global"};
 
-std::wstring recordName(const OxDbObjectId& id) {
-    OxDbSymbolTableRecord* record = nullptr;
-    if (oxdbOpenObject(record, id, OxDb::kForRead) != Ox::eOk) return L"?";
-    std::wstring name = record->getName();
-    record->close();
-    return name;
-}
-
 std::wstring dictionaryName(const OxDbObjectId& dictionaryId, const OxDbObjectId& id) {
     OxDbDictionary* dictionary = nullptr;
     OxString name;
@@ -43,6 +35,14 @@ std::wstring percentText(const OxCmTransparency& t) {
 }
 
 } // namespace
+
+std::wstring recordName(const OxDbObjectId& id) {
+    OxDbSymbolTableRecord* record = nullptr;
+    if (oxdbOpenObject(record, id, OxDb::kForRead) != Ox::eOk) return L"?";
+    std::wstring name = record->getName();
+    record->close();
+    return name;
+}
 
 ResolvedProperties resolveProperties(const OxDbEntity& entity, const ResolvedProperties* enclosing) {
     const ResolvedProperties& block = enclosing ? *enclosing : kOutsideBlocks;

@@ -7,6 +7,7 @@
 #include <string>
 
 class OxDbEntity;
+class OxDbObjectId;
 
 namespace pavo::app {
 
@@ -17,5 +18,8 @@ struct ResolvedProperties {
 // `enclosing`: what the reference that shows `entity` resolved to (null for
 // a top-level object).
 ResolvedProperties resolveProperties(const OxDbEntity& entity, const ResolvedProperties* enclosing);
+
+// The name of a symbol table record ("?" when it does not open).
+std::wstring recordName(const OxDbObjectId& id);
 
 } // namespace pavo::app

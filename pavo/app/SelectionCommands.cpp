@@ -58,15 +58,6 @@ std::wstring point(const OxGePoint3d& p) { return L"X=" + number(p.x) + L"  Y=" 
 
 std::wstring degrees(double radians) { return fmt::format(L"{:g}", radians * 180.0 / std::numbers::pi); }
 
-// The name of a symbol table record ("" when it does not open).
-std::wstring recordName(const OxDbObjectId& id) {
-    OxDbSymbolTableRecord* record = nullptr;
-    if (oxdbOpenObject(record, id, OxDb::kForRead) != Ox::eOk) return L"";
-    std::wstring name = record->getName();
-    record->close();
-    return name;
-}
-
 class Lister {
 public:
     explicit Lister(const OxDbEntity& entity) : m_entity(entity) {}
