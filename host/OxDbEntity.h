@@ -1,6 +1,7 @@
 // Entities and their common properties.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "OxCmColor.h"
@@ -284,6 +285,8 @@ private:
 class PAVO_HOST_API OxDbViewport : public OxDbEntity {
     OX_RX_DECLARE_MEMBERS(OxDbViewport)
 public:
+    OxDbViewport();
+    ~OxDbViewport() override;
     OxDbObject* cloneState() const override;
 
     OxGePoint3d centerPoint() const { return m_center; }
@@ -312,12 +315,14 @@ public:
     Ox::ErrorStatus setTwistAngle(double a);
     double customScale() const { return m_viewHeight != 0 ? m_height / m_viewHeight : 1.0; }
 
-    // Layers frozen in this viewport, in the order they were frozen.
+    // Layers frozen in this viewport, in the order they were frozen. A
+    // layer already frozen is not added again; null ids are ignored.
     Ox::ErrorStatus getFrozenLayerList(OxDbObjectIdArray& ids) const;
     Ox::ErrorStatus freezeLayersInViewport(const OxDbObjectIdArray& ids);
     Ox::ErrorStatus thawLayersInViewport(const OxDbObjectIdArray& ids);
     Ox::ErrorStatus thawAllLayersInViewport();
     bool isLayerFrozenInViewport(const OxDbObjectId& layerId) const;
+    int numFrozenLayers() const;
 
     double distanceTo(const OxGePoint3d& p) const override;
     bool getExtents(OxGePoint3d& lo, OxGePoint3d& hi) const override;
@@ -332,5 +337,6 @@ private:
     OxGePoint3d m_viewTarget;
     OxGeVector3d m_viewDirection{0, 0, 1};
     double m_twist = 0;
-    std::vector<OxDbObjectId> m_frozenLayers;
+    struct FrozenLayers; // host internals: O(1) membership and removal
+    std::unique_ptr<FrozenLayers> m_frozen;
 };

@@ -41,15 +41,21 @@ public:
     // The layout's viewports in creation order; the first (number 1) is the
     // layout's own paper-space viewport. Empty for "Model".
     OxDbObjectIdArray getViewportArray() const;
-    // The viewport the user works in (the paper-space one when none).
+    // The viewport the user works in while this layout is current: its sheet
+    // (viewport 1) in paper space, or a model viewport. Null means the sheet.
     OxDbObjectId activeViewportId() const { return m_activeViewport; }
     Ox::ErrorStatus setActiveViewportId(const OxDbObjectId& id);
+    // Host internals: the model viewport the user last worked in, where
+    // MSPACE goes back to (kept for the session only).
+    OxDbObjectId lastModelViewportId() const { return m_lastModelViewport; }
+    void setLastModelViewportId(const OxDbObjectId& id) { m_lastModelViewport = id; }
 
 private:
     OxString m_layoutName;
     int m_tabOrder = 0;
     OxDbObjectId m_block;
     OxDbObjectId m_activeViewport;
+    OxDbObjectId m_lastModelViewport;
 };
 
 class OxDbDatabase;

@@ -6,6 +6,7 @@
 #include "OxDbObjectId.h"
 #include "OxString.h"
 #include "PavoExport.h"
+#include "PavoUndoController.h"
 #include "resbuf.h"
 
 class OxDbDatabase;
@@ -49,16 +50,6 @@ PAVO_HOST_API Ox::ErrorStatus oxdbGetOxDbName(ox_name ename, const OxDbObjectId&
 // Regeneration requests, recorded so that they can be seen.
 PAVO_HOST_API Ox::ErrorStatus oxdbQueueForRegen(const OxDbObjectId* ids, int count);
 
-class PAVO_HOST_API PavoUndoController {
-public:
-    virtual ~PavoUndoController();
-    void setNeedRegenAllMark() { m_regenAll = true; }
-    bool needRegenAllMark() const { return m_regenAll; }
-    void clearNeedRegenAllMark() { m_regenAll = false; }
-
-private:
-    bool m_regenAll = false;
-};
 
 // Host internals that the module reaches for: a record's implementation.
 class PAVO_HOST_API OxDbImpObject {

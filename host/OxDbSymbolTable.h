@@ -183,13 +183,20 @@ public:
     void removeViewportOverrides(const OxDbObjectId& viewportId);
     void removeAllOverrides();
     bool hasOverrides(const OxDbObjectId& viewportId) const;
-    bool hasAnyOverrides() const { return !m_overrides.empty(); }
+    bool hasAnyOverrides() const { return m_overrides.size() > m_emptyOverrides; }
+    // Ordered by viewport id; entries whose overrides were all removed
+    // (isEmpty) may be among them.
     const std::vector<OxDbLayerViewportOverrides>& viewportOverrides() const { return m_overrides; }
 
 private:
-    OxDbLayerViewportOverrides* findOverrides(const OxDbObjectId& viewportId, bool create);
+    // The entry of `viewportId`, made when missing; about to receive an
+    // override, so an empty entry counts as used again.
+    OxDbLayerViewportOverrides* overridesForWrite(const OxDbObjectId& viewportId);
+    OxDbLayerViewportOverrides* findOverrides(const OxDbObjectId& viewportId);
     const OxDbLayerViewportOverrides* findOverrides(const OxDbObjectId& viewportId) const;
-    void dropIfEmpty(const OxDbObjectId& viewportId);
+    // Removes the override `flag` (null: all) of `viewportId`; an entry left
+    // empty is counted, and empty entries are dropped once they are half.
+    void removeOverride(const OxDbObjectId& viewportId, bool OxDbLayerViewportOverrides::*flag);
 
     bool m_off = false, m_frozen = false, m_locked = false, m_plottable = true, m_vpdflt = false,
          m_hidden = false, m_inUse = false;
@@ -201,6 +208,7 @@ private:
     OxDbObjectId m_plotStyle;
     OxString m_description;
     std::vector<OxDbLayerViewportOverrides> m_overrides;
+    std::size_t m_emptyOverrides = 0;
 };
 
 // ---------------------------------------------------------------- linetypes

@@ -1,8 +1,11 @@
 // New layers with the module's defaults, and making a layer current.
+#include <new>
+
 #include "OxDbDatabase.h"
 #include "OxDbDictionary.h"
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
+#include "LayerRecords.h"
 #include "PavoLayerHelper.h"
 #include "oxed.h"
 #include "oxmd.h"
@@ -21,9 +24,11 @@ OxDbObjectId normalPlotStyle(const OxDbObjectId& dictionaryId) {
 
 } // namespace
 
-OxDbObjectId PavoLayerHelper::createNewLayer(OxDbDatabase* db, OxDbLayerTable* table, OxString& name) {
-    if (!db || !table) return OxDbObjectId();
-    auto* layer = new OxDbLayerTableRecord();
+OxDbLayerTableRecord* vxlayer::newLayerRecord(OxDbDatabase* db, const OxString& name) {
+    // The host's heap, which the database frees objects to.
+    void* memory = oxHeapAlloc(sizeof(OxDbLayerTableRecord));
+    if (!memory) throw std::bad_alloc();
+    auto* layer = new (memory) OxDbLayerTableRecord();
     layer->setName(name);
     layer->setIsOff(false);
     layer->setIsFrozen(false);
@@ -31,6 +36,12 @@ OxDbObjectId PavoLayerHelper::createNewLayer(OxDbDatabase* db, OxDbLayerTable* t
     layer->setIsPlottable(true);
     layer->setLinetypeObjectId(OxDbSymbolUtilities::servicesPtr()->getLinetypeIdContinuous(db));
     layer->setLineWeight(OxDb::kLnWtByLwDefault);
+    return layer;
+}
+
+OxDbObjectId PavoLayerHelper::createNewLayer(OxDbDatabase* db, OxDbLayerTable* table, OxString& name) {
+    if (!db || !table) return OxDbObjectId();
+    OxDbLayerTableRecord* layer = vxlayer::newLayerRecord(db, name);
     const OxDbObjectId plotStyleNames = db->getPlotStyleNameDictionaryId(true);
     if (!plotStyleNames.isNull()) layer->setPlotStyleName(normalPlotStyle(plotStyleNames));
     layer->setColor(OxCmColor::fromIndex(7));

@@ -12,3 +12,13 @@ bool PavoLayerHelper::isValidLineWeight(int lineWeight, int flags) {
         if (valid == lineWeight) return true;
     return false;
 }
+
+int vxlayer::nearestStandardLineWeight(int lineWeight) {
+    for (int i = 0; i + 1 < kLineWeightCount; ++i) {
+        const int lower = kValidLineWeights[i];
+        const int upper = kValidLineWeights[i + 1];
+        if (lineWeight == lower || lineWeight == upper) return lineWeight;
+        if (lineWeight > lower && lineWeight < upper) return lineWeight - lower < upper - lineWeight ? lower : upper;
+    }
+    return lineWeight;
+}

@@ -45,13 +45,14 @@ TEST(ListCommand, ShowsPropertiesAndGeometry) {
 }
 
 TEST(ListCommand, ShowsBlockAttributesAndViewports) {
-    ScriptedSession s({"TILEMODE", "0", "LIST", "ALL", ""});
+    ScriptedSession s({"TILEMODE", "0", "PSPACE", "LIST", "ALL", ""});
     EXPECT_EQ(s.run(), 0) << s.transcript();
     const std::string t = s.transcript();
     EXPECT_NE(t.find("    Block:         TITLE\n"), std::string::npos) << t;
     EXPECT_NE(t.find("    Attribute:     SHEET = \"A-101\""), std::string::npos) << t;
     EXPECT_NE(t.find("VIEWPORT  Layer: \"VIEWPORTS\"  Space: Paper space"), std::string::npos) << t;
     EXPECT_NE(t.find("    Frozen layers: A-FURN\n"), std::string::npos) << t;
+    EXPECT_NE(t.find("    Layout:        A1 Plan\n"), std::string::npos) << t;
     EXPECT_EQ(t.find("    Number:        1\n"), std::string::npos) << "the sheet's own viewport is not an object";
 }
 

@@ -7,7 +7,7 @@
 #include "OxDbObjectId.h"
 #include "OxDbSymbolTable.h"
 #include "OxString.h"
-#include "PavoServices.h"
+#include "layerhelper/TextScreenListing.h"
 
 namespace vxlayer {
 
@@ -44,15 +44,5 @@ template <class Change> void changeLayers(const OxArray<OxDbObjectId>& ids, Chan
         layer->close();
     }
 }
-
-// Held while a listing is written: the text screen is brought forward and
-// the listing's lines kept together.
-class TextScreenListing {
-public:
-    TextScreenListing() { PavoServicesManager::showTextScreen(); }
-
-private:
-    PavoConsoalCtrlTypeAutoHandle m_together;
-};
 
 } // namespace vxlayer

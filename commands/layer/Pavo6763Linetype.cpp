@@ -8,6 +8,7 @@
 #include "OxDbSymbolTable.h"
 #include "Pavo6763Command.h"
 #include "layerhelper/HostVariables.h"
+#include "layerhelper/Linetypes.h"
 #include "layerhelper/PavoLayerHelper.h"
 #include "layerhelper/WorkingDatabase.h"
 #include "oxed.h"
@@ -16,34 +17,22 @@
 namespace {
 
 constexpr int kLinesPerPage = 20;
-constexpr int kPathLength = 512;
-
-// Looks `name` up in the linetype table (erased ones left out). False when
-// the table cannot be opened.
-bool findLinetype(OxDbDatabase* db, const OxString& name, OxDbObjectId& id) {
-    OxDbLinetypeTable* table = nullptr;
-    if (db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk || !table) return false;
-    table->getIdAt(name, id, false);
-    table->close();
-    return true;
-}
 
 // The linetype `name` of the drawing, loaded from the linetype file of the
 // drawing's measurement system when missing. Null (with the message) when
 // it is in neither.
 OxDbObjectId linetypeOrLoad(OxDbDatabase* db, const OxString& name) {
     OxDbObjectId id;
-    if (!findLinetype(db, name, id)) return OxDbObjectId();
+    if (!vxlayer::findLinetype(db, name, id)) return OxDbObjectId();
     if (!id.isNull()) return id;
 
     int measurement = 0;
     const bool metric = vxlayer::readIntVariable(L"MEASUREMENT", measurement) && measurement != 0;
-    std::array<wchar_t, kPathLength> path{};
-    const bool found = oxedFindFile(metric ? L"vantaiso.lin" : L"vanta.lin", path.data(), kPathLength) == STATUS_NORMAL;
-    if (found) {
+    std::array<wchar_t, vxlayer::kLinetypePathLength> path{};
+    if (vxlayer::findSupportFile(vxlayer::standardLinetypeFile(metric), path) == STATUS_NORMAL) {
         try {
             db->loadLineTypeFile(name, path.data()); // a failed load shows as a failed lookup
-            findLinetype(db, name, id);
+            vxlayer::findLinetype(db, name, id);
         } catch (...) {
             id = OxDbObjectId();
         }

@@ -2,6 +2,7 @@
 // LWUNITS), snapped to the nearest standard one, for the layers of a name
 // list; "?" lists the standard lineweights.
 #include "LayerPrompts.h"
+#include "layerhelper/TextScreenListing.h"
 #include "OxDbSymbolTable.h"
 #include "Pavo6763Command.h"
 #include "layerhelper/HostVariables.h"
@@ -61,19 +62,15 @@ int defaultLineWeight(bool inches) {
 // 0.0 when nothing brackets it, which leaves the lineweight as it is.
 double snapToValid(int& lineWeight, bool inches) {
     if (PavoLayerHelper::isValidLineWeight(lineWeight, PavoLayerHelper::kAcceptDefault)) return lineWeight / 100.0;
-    for (int i = 0; i + 1 < kLineWeightCount; ++i) {
-        const int lower = kValidLineWeights[i];
-        const int upper = kValidLineWeights[i + 1];
-        if (lineWeight < lower || lineWeight > upper) continue;
-        lineWeight = lineWeight - lower < upper - lineWeight ? lower : upper;
-        const double shown = lineWeight / 100.0;
-        if (inches)
-            oxutPrintf(oxmdOxResourceString(10091, L"Lineweight rounded to nearest valid value of %.3f inches"), shown);
-        else
-            oxutPrintf(oxmdOxResourceString(10092, L"Lineweight rounded to nearest valid value of %.2f mm"), shown);
-        return shown;
-    }
-    return 0.0;
+    const int nearest = vxlayer::nearestStandardLineWeight(lineWeight);
+    if (nearest == lineWeight) return 0.0;
+    lineWeight = nearest;
+    const double shown = lineWeight / 100.0;
+    if (inches)
+        oxutPrintf(oxmdOxResourceString(10091, L"Lineweight rounded to nearest valid value of %.3f inches"), shown);
+    else
+        oxutPrintf(oxmdOxResourceString(10092, L"Lineweight rounded to nearest valid value of %.2f mm"), shown);
+    return shown;
 }
 
 // The inch entry of a lineweight shown in millimetres; unchanged when there
@@ -97,13 +94,7 @@ void listLineWeights() {
         L"\n 0.021 inches 0.024 inches  0.028 inches 0.031 inches 0.035 inches  0.039 inches",
         L"\n 0.042 inches 0.047 inches  0.055 inches 0.062 inches 0.079 inches  0.083 inches",
     };
-    static const wchar_t* const kMillimetreLines[] = {
-        L"\n 0.00 mm 0.05 mm  0.09 mm 0.13 mm 0.15 mm  0.18 mm",
-        L"\n 0.20 mm 0.25 mm  0.30 mm 0.35 mm 0.40 mm  0.50 mm",
-        L"\n 0.53 mm 0.60 mm  0.70 mm 0.80 mm 0.90 mm  1.00 mm",
-        L"\n 1.06 mm 1.20 mm  1.40 mm 1.58 mm 2.00 mm  2.11 mm",
-    };
-    for (const wchar_t* line : lwunits != 1 ? kInchLines : kMillimetreLines)
+    for (const wchar_t* line : lwunits != 1 ? kInchLines : vxlayer::kMillimetreListLines)
         oxutPrintText(line);
 }
 

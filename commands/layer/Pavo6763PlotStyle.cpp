@@ -6,47 +6,16 @@
 #include "OxDbSymbolTable.h"
 #include "Pavo6763Command.h"
 #include "layerhelper/PavoLayerHelper.h"
+#include "layerhelper/PlotStyleChoices.h"
 #include "layerhelper/WorkingDatabase.h"
 #include "oxed.h"
 #include "oxmd.h"
 
-namespace {
-
-// The plot style of the current layer; empty when it has none.
-OxString currentLayerPlotStyle(OxDbDatabase* db) {
-    OxString name;
-    OxDbLayerTableRecord* layer = nullptr;
-    if (oxdbOpenObject(layer, db->clayer(), OxDb::kForRead) != Ox::eOk) return name;
-    if (layer->plotStyleName(name) != Ox::eOk) name.setEmpty();
-    layer->close();
-    return name;
-}
-
-void listPlotStyles() {
-    vxlayer::TextScreenListing listing;
-    oxutPrintf(oxmdOxResourceString(10095, L"\nPrint Style Name\n -------------------------------"));
-    OxArray<OxString> names;
-    PavoLayerHelper::getAllPlotStyleName(names); // with none usable only the header shows
-    for (const OxString& name : names)
-        oxutPrintf(L"\n %ls", name);
-}
-
-// Makes sure the drawing has a plot style name entry for `name`.
-void ensurePlotStyleEntry(OxDbDatabase* db, const OxString& name) {
-    OxDbDictionary* dictionary = nullptr;
-    if (db->getPlotStyleNameDictionary(dictionary, OxDb::kForRead) != Ox::eOk || !dictionary) return;
-    const bool present = dictionary->has(name);
-    // Closed first: the entry is added through a write open.
-    dictionary->close();
-    if (!present) PavoLayerHelper::createPlotStye(name, db);
-}
-
-} // namespace
-
 int Pavo6763Command::_branch_pstyle() {
     OxDbDatabase* db = vxlayer::workingDatabase();
     if (!db) return STATUS_ERROR;
-    const OxString defaultStyle = currentLayerPlotStyle(db);
+    OxString defaultStyle;
+    vxlayer::currentLayerPlotStyle(db, defaultStyle);
 
     oxedInitGet(OX_INP_NONULL, L"? _?");
     OxString prompt;
@@ -59,14 +28,15 @@ int Pavo6763Command::_branch_pstyle() {
         // The current layer's own style needs no check.
         style = defaultStyle;
     } else if (style.compareNoCase(L"?") == 0) {
-        listPlotStyles();
+        vxlayer::listPlotStyleNames(
+            oxmdOxResourceString(10095, L"\nPrint Style Name\n -------------------------------"));
         return STATUS_REJECT;
     } else {
         if (!PavoLayerHelper::isValidPlotStyleName(style)) {
             oxutPrintf(oxmdOxResourceString(10120, L"\nUnknown plot style."));
             return STATUS_REJECT;
         }
-        ensurePlotStyleEntry(db, style);
+        vxlayer::ensurePlotStyleEntry(db, style);
     }
 
     const OxString currentLayer = vxlayer::currentLayerName();

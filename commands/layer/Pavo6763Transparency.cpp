@@ -6,18 +6,13 @@
 #include "OxCmColor.h"
 #include "OxDbSymbolTable.h"
 #include "Pavo6763Command.h"
+#include "layerhelper/Transparency.h"
 #include "oxed.h"
 #include "oxmd.h"
 
 namespace {
 
 constexpr unsigned int kMostTransparent = 90;
-
-// Truncated, so 50 % gives 127 (from 127.5).
-std::uint8_t alphaOfPercent(int percent) {
-    const double alpha = 255.0 - percent * 255.0 / 100.0;
-    return static_cast<std::uint8_t>(static_cast<unsigned int>(alpha) & 0xFF);
-}
 
 } // namespace
 
@@ -41,7 +36,7 @@ int Pavo6763Command::_branch_transparency() {
     if (status != STATUS_NORMAL) return status;
 
     OxCmTransparency transparency;
-    transparency.setAlpha(alphaOfPercent(percent));
+    transparency.setAlpha(vxlayer::alphaOfPercent(percent));
     vxlayer::changeLayers(ids, [&](OxDbLayerTableRecord& layer) { layer.setTransparency(transparency); });
     return STATUS_NORMAL;
 }

@@ -16,5 +16,9 @@ void registerDrawingCommands(const AddHostCommand& add);
 void registerLayerStateCommands(const AddHostCommand& add);
 // CHPROP.
 void registerPropertyCommands(const AddHostCommand& add);
+// Paper space: LAYOUT, MSPACE and PSPACE, MVIEW.
+void registerLayoutCommand(const AddHostCommand& add);
+void registerSpaceCommands(const AddHostCommand& add);
+void registerMviewCommand(const AddHostCommand& add);
 
 } // namespace pavo::app

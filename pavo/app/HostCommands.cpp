@@ -161,6 +161,9 @@ void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostComm
     registerDrawingCommands(add);
     registerLayerStateCommands(add);
     registerPropertyCommands(add);
+    registerLayoutCommand(add);
+    registerSpaceCommands(add);
+    registerMviewCommand(add);
 }
 
 } // namespace pavo::app

@@ -10,12 +10,14 @@
 #include "HostCommandSets.h"
 #include "ResolvedProperties.h"
 #include "SelectedObjects.h"
+#include "ListingText.h"
 #include "OxDbDatabase.h"
 #include "OxDbDictionary.h"
 #include "OxDbEntity.h"
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
 #include "PavoServices.h"
+#include "ViewportListing.h"
 #include "editor/SelectionSets.h"
 #include "editor/SelectionSpace.h"
 #include "oxed.h"
@@ -52,9 +54,8 @@ std::vector<OxDbObjectId> objectsToWorkOn() {
 
 namespace {
 
-std::wstring number(double value) { return fmt::format(L"{:.4f}", std::abs(value) < 5e-5 ? 0.0 : value); }
-
-std::wstring point(const OxGePoint3d& p) { return L"X=" + number(p.x) + L"  Y=" + number(p.y) + L"  Z=" + number(p.z); }
+std::wstring number(double value) { return listingNumber(value); }
+std::wstring point(const OxGePoint3d& p) { return listingPoint(p); }
 
 std::wstring degrees(double radians) { return fmt::format(L"{:g}", radians * 180.0 / std::numbers::pi); }
 
@@ -172,16 +173,8 @@ void Lister::insert(const OxDbBlockReference& reference) {
 }
 
 void Lister::viewport(const OxDbViewport& viewport) {
-    line(L"Number", std::to_wstring(viewport.number()));
-    line(L"Center", point(viewport.centerPoint()));
-    line(L"Size", L"width " + number(viewport.width()) + L"  height " + number(viewport.height()));
-    line(L"Status", viewport.isOn() ? L"On" : L"Off");
-    OxDbObjectIdArray frozen;
-    viewport.getFrozenLayerList(frozen);
-    std::wstring names;
-    for (const OxDbObjectId& id : frozen)
-        names += (names.empty() ? L"" : L", ") + recordName(id);
-    line(L"Frozen layers", names.empty() ? L"none" : names);
+    for (const auto& [label, value] : viewportListing(viewport))
+        line(label, value);
 }
 
 void Lister::geometry() {

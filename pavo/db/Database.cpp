@@ -10,6 +10,7 @@
 #include "OxDbLayout.h"
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
+#include "PaperSpace.h"
 
 using namespace pavo::db;
 
@@ -124,7 +125,7 @@ OxDbObjectId OxDbDatabase::globalMaterial() const { return m_impl->globalMateria
 OxDbObjectId OxDbDatabase::modelSpaceId() const { return m_impl->modelSpace; }
 
 OxDbObjectId OxDbDatabase::currentSpaceId() const {
-    if (m_impl->tilemode || m_impl->cvport > 1) return m_impl->modelSpace;
+    if (m_impl->tilemode || cvport() > 1) return m_impl->modelSpace;
     OxDbHostApplicationServices* services = oxdbHostApplicationServices();
     OxDbLayoutManager* layouts = services ? services->layoutManager() : nullptr;
     return layouts ? layouts->getActiveLayoutBTRId(this) : m_impl->modelSpace;
@@ -205,10 +206,9 @@ Ox::ErrorStatus OxDbDatabase::setCepstyle(const wchar_t* name) {
 
 bool OxDbDatabase::tilemode() const { return m_impl->tilemode; }
 
-// Going to a layout puts the user in its paper space (viewport 1); back in
-// model space the user works in the first model viewport (2).
+// A layout keeps the viewport the user worked in, so going back to it
+// returns there.
 Ox::ErrorStatus OxDbDatabase::setTilemode(bool modelSpace) {
-    if (m_impl->tilemode != modelSpace) m_impl->cvport = modelSpace ? 2 : 1;
     m_impl->tilemode = modelSpace;
     m_impl->modified = true;
     return Ox::eOk;
@@ -248,9 +248,16 @@ int OxDbDatabase::insunits() const { return m_impl->insunits; }
 Ox::ErrorStatus OxDbDatabase::setInsunits(int value) {
     return setInRange(m_impl->insunits, value, 0, 24, m_impl->modified);
 }
-int OxDbDatabase::cvport() const { return m_impl->cvport; }
+// Model space has one viewport (normally number 2); in a layout CVPORT is
+// the number of the layout's active viewport.
+int OxDbDatabase::cvport() const {
+    return m_impl->tilemode ? m_impl->cvport : pavo::db::currentViewportNumber(this);
+}
+
 Ox::ErrorStatus OxDbDatabase::setCvport(int number) {
-    return setInRange(m_impl->cvport, number, 1, 32767, m_impl->modified);
+    if (number < 1 || number > 32767) return Ox::eOutOfRange;
+    if (m_impl->tilemode) return number == m_impl->cvport ? Ox::eOk : Ox::eKeyNotFound;
+    return pavo::db::makeViewportCurrent(this, number);
 }
 std::uint64_t OxDbDatabase::handseed() const { return m_impl->store.nextHandle; }
 

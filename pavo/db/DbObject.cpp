@@ -2,6 +2,7 @@
 
 #include "DbBuild.h"
 #include "DbInternal.h"
+#include "ErasedReferences.h"
 #include "OxDbEntity.h"
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
@@ -128,6 +129,7 @@ Ox::ErrorStatus OxDbObject::erase(bool erasing) {
     if (es == Ox::eOk) {
         m_cell->modified = true;
         m_cell->database->impl()->modified = true;
+        if (erasing) dropReferencesTo(m_cell);
     }
     return es;
 }

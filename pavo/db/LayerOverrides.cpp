@@ -6,29 +6,43 @@
 
 using namespace pavo::db;
 
-OxDbLayerViewportOverrides* OxDbLayerTableRecord::findOverrides(const OxDbObjectId& viewportId, bool create) {
-    for (auto& o : m_overrides)
-        if (o.viewportId == viewportId) return &o;
-    if (!create) return nullptr;
-    m_overrides.push_back(OxDbLayerViewportOverrides{});
-    m_overrides.back().viewportId = viewportId;
-    return &m_overrides.back();
+// Entries are kept ordered by viewport id, so that a layer with overrides in
+// many viewports finds one in O(log n); setting them for the viewports in
+// the order of their ids (as "every viewport" gives them) appends. Removed
+// overrides leave empty entries until those are the majority, so that
+// removing them viewport by viewport does not shift the rest each time.
+namespace {
+
+auto byViewport(std::vector<OxDbLayerViewportOverrides>& list, const OxDbObjectId& viewportId) {
+    return std::lower_bound(list.begin(), list.end(), viewportId,
+                            [](const OxDbLayerViewportOverrides& o, const OxDbObjectId& id) { return o.viewportId < id; });
+}
+
+} // namespace
+
+OxDbLayerViewportOverrides* OxDbLayerTableRecord::findOverrides(const OxDbObjectId& viewportId) {
+    auto it = byViewport(m_overrides, viewportId);
+    return it != m_overrides.end() && it->viewportId == viewportId ? &*it : nullptr;
 }
 
 const OxDbLayerViewportOverrides* OxDbLayerTableRecord::findOverrides(const OxDbObjectId& viewportId) const {
-    for (const auto& o : m_overrides)
-        if (o.viewportId == viewportId) return &o;
-    return nullptr;
+    return const_cast<OxDbLayerTableRecord*>(this)->findOverrides(viewportId);
 }
 
-void OxDbLayerTableRecord::dropIfEmpty(const OxDbObjectId& viewportId) {
-    std::erase_if(m_overrides,
-                  [&](const OxDbLayerViewportOverrides& o) { return o.viewportId == viewportId && o.isEmpty(); });
+OxDbLayerViewportOverrides* OxDbLayerTableRecord::overridesForWrite(const OxDbObjectId& viewportId) {
+    auto it = byViewport(m_overrides, viewportId);
+    if (it != m_overrides.end() && it->viewportId == viewportId) {
+        if (it->isEmpty()) --m_emptyOverrides;
+        return &*it;
+    }
+    it = m_overrides.insert(it, OxDbLayerViewportOverrides{});
+    it->viewportId = viewportId;
+    return &*it;
 }
 
 void OxDbLayerTableRecord::setColor(const OxCmColor& color, const OxDbObjectId& viewportId) {
     if (viewportId.isNull() || !writeCheck()) return;
-    auto* o = findOverrides(viewportId, true);
+    auto* o = overridesForWrite(viewportId);
     o->hasColor = true;
     o->color = color;
 }
@@ -41,7 +55,7 @@ OxCmColor OxDbLayerTableRecord::color(const OxDbObjectId& viewportId, bool& isOv
 
 void OxDbLayerTableRecord::setLinetypeObjectId(const OxDbObjectId& id, const OxDbObjectId& viewportId) {
     if (viewportId.isNull() || !writeCheck()) return;
-    auto* o = findOverrides(viewportId, true);
+    auto* o = overridesForWrite(viewportId);
     o->hasLinetype = true;
     o->linetypeId = id;
 }
@@ -54,9 +68,9 @@ OxDbObjectId OxDbLayerTableRecord::linetypeObjectId(const OxDbObjectId& viewport
 
 Ox::ErrorStatus OxDbLayerTableRecord::setLineWeight(OxDb::LineWeight weight, const OxDbObjectId& viewportId) {
     if (viewportId.isNull()) return Ox::eNullObjectId;
-    if (weight == OxDb::kLnWtByLayer || weight == OxDb::kLnWtByBlock) return Ox::eInvalidInput;
+    if (!isLayerLineWeight(weight)) return Ox::eInvalidInput;
     if (!writeCheck()) return Ox::eNotOpenForWrite;
-    auto* o = findOverrides(viewportId, true);
+    auto* o = overridesForWrite(viewportId);
     o->hasLineWeight = true;
     o->lineWeight = weight;
     return Ox::eOk;
@@ -72,7 +86,7 @@ Ox::ErrorStatus OxDbLayerTableRecord::setTransparency(const OxCmTransparency& t,
     if (viewportId.isNull()) return Ox::eNullObjectId;
     if (!t.isByAlpha()) return Ox::eInvalidInput;
     if (!writeCheck()) return Ox::eNotOpenForWrite;
-    auto* o = findOverrides(viewportId, true);
+    auto* o = overridesForWrite(viewportId);
     o->hasTransparency = true;
     o->transparency = t;
     return Ox::eOk;
@@ -87,7 +101,7 @@ OxCmTransparency OxDbLayerTableRecord::transparency(const OxDbObjectId& viewport
 Ox::ErrorStatus OxDbLayerTableRecord::setPlotStyleName(const OxDbObjectId& id, const OxDbObjectId& viewportId) {
     if (viewportId.isNull()) return Ox::eNullObjectId;
     if (!writeCheck()) return Ox::eNotOpenForWrite;
-    auto* o = findOverrides(viewportId, true);
+    auto* o = overridesForWrite(viewportId);
     o->hasPlotStyle = true;
     o->plotStyleNameId = id;
     return Ox::eOk;
@@ -111,49 +125,48 @@ OxDbObjectId OxDbLayerTableRecord::plotStyleNameId(const OxDbObjectId& viewportI
     return isOverride ? o->plotStyleNameId : m_plotStyle;
 }
 
-namespace {
-template <class Clear> void removeOverride(OxDbLayerViewportOverrides* o, Clear clear) {
-    if (o) clear(*o);
+void OxDbLayerTableRecord::removeOverride(const OxDbObjectId& viewportId, bool OxDbLayerViewportOverrides::*flag) {
+    if (!writeCheck()) return;
+    OxDbLayerViewportOverrides* entry = findOverrides(viewportId);
+    if (!entry || entry->isEmpty()) return;
+    if (flag) {
+        entry->*flag = false;
+    } else {
+        const OxDbObjectId viewport = entry->viewportId;
+        *entry = OxDbLayerViewportOverrides();
+        entry->viewportId = viewport;
+    }
+    if (!entry->isEmpty()) return;
+    ++m_emptyOverrides;
+    if (m_emptyOverrides >= 8 && 2 * m_emptyOverrides >= m_overrides.size()) {
+        std::erase_if(m_overrides, [](const OxDbLayerViewportOverrides& o) { return o.isEmpty(); });
+        m_emptyOverrides = 0;
+    }
 }
-} // namespace
 
 void OxDbLayerTableRecord::removeColorOverride(const OxDbObjectId& viewportId) {
-    if (!writeCheck()) return;
-    removeOverride(findOverrides(viewportId, false), [](auto& o) { o.hasColor = false; });
-    dropIfEmpty(viewportId);
+    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasColor);
 }
-
 void OxDbLayerTableRecord::removeLinetypeOverride(const OxDbObjectId& viewportId) {
-    if (!writeCheck()) return;
-    removeOverride(findOverrides(viewportId, false), [](auto& o) { o.hasLinetype = false; });
-    dropIfEmpty(viewportId);
+    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasLinetype);
 }
-
 void OxDbLayerTableRecord::removeLineWeightOverride(const OxDbObjectId& viewportId) {
-    if (!writeCheck()) return;
-    removeOverride(findOverrides(viewportId, false), [](auto& o) { o.hasLineWeight = false; });
-    dropIfEmpty(viewportId);
+    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasLineWeight);
 }
-
 void OxDbLayerTableRecord::removeTransparencyOverride(const OxDbObjectId& viewportId) {
-    if (!writeCheck()) return;
-    removeOverride(findOverrides(viewportId, false), [](auto& o) { o.hasTransparency = false; });
-    dropIfEmpty(viewportId);
+    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasTransparency);
 }
-
 void OxDbLayerTableRecord::removePlotStyleOverride(const OxDbObjectId& viewportId) {
-    if (!writeCheck()) return;
-    removeOverride(findOverrides(viewportId, false), [](auto& o) { o.hasPlotStyle = false; });
-    dropIfEmpty(viewportId);
+    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasPlotStyle);
 }
-
 void OxDbLayerTableRecord::removeViewportOverrides(const OxDbObjectId& viewportId) {
-    if (!writeCheck()) return;
-    std::erase_if(m_overrides, [&](const OxDbLayerViewportOverrides& o) { return o.viewportId == viewportId; });
+    removeOverride(viewportId, nullptr);
 }
 
 void OxDbLayerTableRecord::removeAllOverrides() {
-    if (writeCheck()) m_overrides.clear();
+    if (!writeCheck()) return;
+    m_overrides.clear();
+    m_emptyOverrides = 0;
 }
 
 bool OxDbLayerTableRecord::hasOverrides(const OxDbObjectId& viewportId) const {

@@ -9,6 +9,7 @@
 #include "OxDbLayerStateManager.h"
 #include "OxDbSymbolTable.h"
 #include "RxDefine.h"
+#include "PaperSpace.h"
 #include "SymbolTableImpl.h"
 
 OX_RX_DEFINE_MEMBERS(OxDbLayerState, OxDbObject)
@@ -114,7 +115,10 @@ Ox::ErrorStatus OxDbLayerStateManager::saveLayerState(const wchar_t* name, Layer
     auto* layers = OxDbLayerTable::cast(objectOf(m_db->layerTableId()));
     OxDbDictionary* states = statesOf(*this, true);
     if (!layers || !states) return Ox::eNoDatabase;
-    const auto* viewport = (mask & kCurrentViewport) ? OxDbViewport::cast(objectOf(viewportId)) : nullptr;
+    // The freeze state in a viewport is that of the viewport the user works
+    // in, unless the caller names one.
+    const OxDbObjectId savedViewport = viewportId.isNull() ? currentViewport(m_db) : viewportId;
+    const auto* viewport = (mask & kCurrentViewport) ? OxDbViewport::cast(objectOf(savedViewport)) : nullptr;
 
     std::vector<OxDbLayerState::LayerEntry> entries;
     entries.reserve(layers->impl()->records.size());
@@ -124,7 +128,7 @@ Ox::ErrorStatus OxDbLayerStateManager::saveLayerState(const wchar_t* name, Layer
 
     auto* state = new OxDbLayerState();
     state->setMask(mask);
-    state->setViewportId(viewportId);
+    state->setViewportId(viewport ? savedViewport : OxDbObjectId());
     state->setLayers(std::move(entries));
     if (const auto* current = OxDbLayerTableRecord::cast(objectOf(m_db->clayer())))
         state->setCurrentLayerName(current->getName());
@@ -162,9 +166,13 @@ Ox::ErrorStatus OxDbLayerStateManager::restoreLayerState(const wchar_t* name, co
         restored.insert(id.cell());
     }
 
-    if ((useMask & kCurrentViewport) && !viewportId.isNull()) {
+    // The viewport the user works in now takes the saved freeze state, even
+    // when the state was saved for another one (or in model space, where no
+    // layer is frozen in a viewport).
+    const OxDbObjectId target = viewportId.isNull() ? currentViewport(m_db) : viewportId;
+    if ((useMask & kCurrentViewport) && !target.isNull()) {
         OxDbViewport* viewport = nullptr;
-        if (oxdbOpenObject(viewport, viewportId, OxDb::kForWrite) == Ox::eOk) {
+        if (oxdbOpenObject(viewport, target, OxDb::kForWrite) == Ox::eOk) {
             OxDbObjectIdArray freeze, thaw;
             for (const auto& e : state->layers()) {
                 OxDbObjectId id;

@@ -83,6 +83,7 @@ OxDbObject* OxDbLayerTableRecord::cloneState() const {
     copy->m_plotStyle = m_plotStyle;
     copy->m_description = m_description;
     copy->m_overrides = m_overrides;
+    copy->m_emptyOverrides = m_emptyOverrides;
     return copy;
 }
 
@@ -124,18 +125,14 @@ void OxDbLayerTableRecord::setLinetypeObjectId(const OxDbObjectId& id) {
     if (writeCheck()) m_linetype = id;
 }
 
-namespace {
-
 // A layer has a real lineweight or the default; never by layer or block.
-bool isLayerLineWeight(OxDb::LineWeight weight) {
+bool pavo::db::isLayerLineWeight(OxDb::LineWeight weight) {
     static constexpr int kValid[] = {0,  5,  9,  13, 15,  18,  20,  25,  30,  35,  40,  50, 53,
                                      60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211, -3};
     for (int v : kValid)
         if (v == weight) return true;
     return false;
 }
-
-} // namespace
 
 Ox::ErrorStatus OxDbLayerTableRecord::setLineWeight(OxDb::LineWeight weight) {
     if (!isLayerLineWeight(weight)) return Ox::eInvalidInput;

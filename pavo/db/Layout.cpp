@@ -59,6 +59,7 @@ OxDbObject* OxDbLayout::cloneState() const {
     copy->m_tabOrder = m_tabOrder;
     copy->m_block = m_block;
     copy->m_activeViewport = m_activeViewport;
+    copy->m_lastModelViewport = m_lastModelViewport;
     return copy;
 }
 

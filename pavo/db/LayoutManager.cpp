@@ -5,7 +5,9 @@
 #include "DbBuild.h"
 #include "DbInternal.h"
 #include "DictionaryImpl.h"
+#include "ErasedReferences.h"
 #include "LayoutManagerImpl.h"
+#include "PaperSpace.h"
 #include "OxDbDictionary.h"
 #include "OxDbEntity.h"
 #include "OxDbLayout.h"
@@ -22,28 +24,6 @@ namespace {
 
 OxDbDictionary* layoutsOf(const OxDbDatabase* db) {
     return db ? OxDbDictionary::cast(objectOf(db->layoutDictionaryId())) : nullptr;
-}
-
-// The paper-space layouts in tab order.
-std::vector<OxDbLayout*> paperLayouts(const OxDbDatabase* db) {
-    std::vector<OxDbLayout*> out;
-    OxDbDictionary* layouts = layoutsOf(db);
-    if (!layouts) return out;
-    for (const auto& entry : layouts->impl()->entries) {
-        auto* layout = OxDbLayout::cast(entry.cell->object.get());
-        if (layout && !entry.cell->erased && !layout->isModelLayout()) out.push_back(layout);
-    }
-    std::stable_sort(out.begin(), out.end(),
-                     [](const OxDbLayout* a, const OxDbLayout* b) { return a->getTabOrder() < b->getTabOrder(); });
-    return out;
-}
-
-// The layout shown when TILEMODE is 0: the current one, else the first tab.
-OxDbLayout* currentPaperLayout(const OxDbDatabase* db) {
-    auto* current = OxDbLayout::cast(objectOf(db->impl()->currentLayout));
-    if (current && !current->isErased()) return current;
-    auto all = paperLayouts(db);
-    return all.empty() ? nullptr : all.front();
 }
 
 std::wstring freePaperSpaceName(OxDbSymbolTable* blocks) {
@@ -191,8 +171,11 @@ Ox::ErrorStatus PavoLayoutManager::deleteLayout(const wchar_t* name, OxDbDatabas
         break;
     }
     if (auto* block = OxDbBlockTableRecord::cast(objectOf(layout->getBlockTableRecordId()))) {
-        for (OxDbCell* cell : block->impl()->entities)
+        for (OxDbCell* cell : block->impl()->entities) {
+            if (cell->erased) continue;
             cell->erased = true;
+            dropReferencesTo(cell);
+        }
         setErasedDirect(block->objectId(), true);
     }
     layout->cell()->erased = true;

@@ -122,7 +122,7 @@ Ox::ErrorStatus oxdbGetOxDbName(ox_name ename, const OxDbObjectId& id) {
     return id.isNull() ? Ox::eNullObjectId : Ox::eOk;
 }
 
-// ------------------------------------------------------------ regeneration, undo
+// ------------------------------------------------------------ regeneration
 
 Ox::ErrorStatus oxdbQueueForRegen(const OxDbObjectId* ids, int count) {
     if (count < 0 || (count > 0 && !ids)) return Ox::eInvalidInput;
@@ -131,8 +131,6 @@ Ox::ErrorStatus oxdbQueueForRegen(const OxDbObjectId* ids, int count) {
     db->impl()->regenQueue.insert(db->impl()->regenQueue.end(), ids, ids + count);
     return Ox::eOk;
 }
-
-PavoUndoController::~PavoUndoController() = default;
 
 // ------------------------------------------------------------ implementation objects
 

@@ -3,6 +3,7 @@
 
 #include "DbInternal.h"
 #include "Geometry.h"
+#include "OrderedCellSet.h"
 #include "OxDbEntity.h"
 #include "RxDefine.h"
 
@@ -10,6 +11,11 @@ OX_RX_DEFINE_MEMBERS(OxDbViewport, OxDbEntity)
 
 using namespace pavo::db;
 namespace geom = pavo::db::geom;
+
+struct OxDbViewport::FrozenLayers : OrderedCellSet {};
+
+OxDbViewport::OxDbViewport() : m_frozen(std::make_unique<FrozenLayers>()) {}
+OxDbViewport::~OxDbViewport() = default;
 
 OxDbObject* OxDbViewport::cloneState() const {
     auto* copy = new OxDbViewport();
@@ -25,7 +31,7 @@ OxDbObject* OxDbViewport::cloneState() const {
     copy->m_viewTarget = m_viewTarget;
     copy->m_viewDirection = m_viewDirection;
     copy->m_twist = m_twist;
-    copy->m_frozenLayers = m_frozenLayers;
+    *copy->m_frozen = *m_frozen;
     return copy;
 }
 
@@ -62,34 +68,36 @@ Ox::ErrorStatus OxDbViewport::setTwistAngle(double a) { return assignIf(writeChe
 
 Ox::ErrorStatus OxDbViewport::getFrozenLayerList(OxDbObjectIdArray& ids) const {
     ids.removeAll();
-    for (const OxDbObjectId& id : m_frozenLayers)
-        ids.append(id);
+    ids.setPhysicalLength(static_cast<int>(m_frozen->size()));
+    m_frozen->forEach([&](OxDbCell* cell) { ids.append(OxDbObjectId(cell)); });
     return Ox::eOk;
 }
 
 Ox::ErrorStatus OxDbViewport::freezeLayersInViewport(const OxDbObjectIdArray& ids) {
     if (!writeCheck()) return Ox::eNotOpenForWrite;
     for (const OxDbObjectId& id : ids)
-        if (!id.isNull() && std::find(m_frozenLayers.begin(), m_frozenLayers.end(), id) == m_frozenLayers.end())
-            m_frozenLayers.push_back(id);
+        m_frozen->insert(id.cell());
     return Ox::eOk;
 }
 
 Ox::ErrorStatus OxDbViewport::thawLayersInViewport(const OxDbObjectIdArray& ids) {
     if (!writeCheck()) return Ox::eNotOpenForWrite;
-    std::erase_if(m_frozenLayers, [&](const OxDbObjectId& id) { return ids.contains(id); });
+    for (const OxDbObjectId& id : ids)
+        m_frozen->erase(id.cell());
     return Ox::eOk;
 }
 
 Ox::ErrorStatus OxDbViewport::thawAllLayersInViewport() {
     if (!writeCheck()) return Ox::eNotOpenForWrite;
-    m_frozenLayers.clear();
+    m_frozen->clear();
     return Ox::eOk;
 }
 
 bool OxDbViewport::isLayerFrozenInViewport(const OxDbObjectId& layerId) const {
-    return std::find(m_frozenLayers.begin(), m_frozenLayers.end(), layerId) != m_frozenLayers.end();
+    return m_frozen->contains(layerId.cell());
 }
+
+int OxDbViewport::numFrozenLayers() const { return static_cast<int>(m_frozen->size()); }
 
 namespace {
 

@@ -111,11 +111,18 @@ std::wstring writeCtab(OxDbDatabase& db, const SysVarValue& value) {
     return refusal(layouts->setCurrentLayout(text(value).c_str(), &db));
 }
 
+// Setting CVPORT switches to that viewport of the current layout.
 std::wstring writeCvport(OxDbDatabase& db, const SysVarValue& value) {
-    if (db.setCvport(static_cast<int>(integer(value))) != Ox::eOk) {
-        return L"There is no viewport " + std::to_wstring(integer(value)) + L" in the current layout.";
+    const std::wstring number = std::to_wstring(integer(value));
+    switch (db.setCvport(static_cast<int>(integer(value)))) {
+    case Ox::eOk:
+        return {};
+    case Ox::eInvalidInput:
+        return L"Viewport " + number + L" is off.";
+    default:
+        if (db.tilemode()) return L"Model space has only viewport " + std::to_wstring(db.cvport()) + L".";
+        return L"There is no viewport " + number + L" in the current layout.";
     }
-    return {};
 }
 
 // A header integer read and written through a database getter and setter.

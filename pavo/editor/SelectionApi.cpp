@@ -6,6 +6,7 @@
 #include "OxDbEntity.h"
 #include "OxDbServices.h"
 #include "base/Utf8.h"
+#include "db/PaperSpace.h"
 #include "editor/Editor.h"
 #include "editor/NumberText.h"
 #include "editor/PointText.h"
@@ -181,28 +182,11 @@ int oxedGetCurrentSelectionSet(OxDbObjectIdArray& ids) {
 }
 
 int oxedPspace() {
-    OxDbDatabase* db = oxdbHostApplicationServices()->workingDatabase();
-    if (!db || db->tilemode()) return STATUS_ERROR;
-    return db->setCvport(1) == Ox::eOk ? STATUS_NORMAL : STATUS_ERROR;
+    return pavo::db::enterPaperSpace(oxdbHostApplicationServices()->workingDatabase()) == Ox::eOk ? STATUS_NORMAL
+                                                                                                  : STATUS_ERROR;
 }
 
 int oxedMspace() {
-    OxDbDatabase* db = oxdbHostApplicationServices()->workingDatabase();
-    if (!db || db->tilemode()) return STATUS_ERROR;
-    if (db->cvport() > 1) return STATUS_NORMAL;
-    // The layout's active viewport when it is a model viewport, else the
-    // first one that is on.
-    OxDbObjectId active;
-    const OxDbObjectIdArray viewports = selection::currentLayoutViewports(*db, &active);
-    int chosen = 0;
-    for (const OxDbObjectId& id : viewports) {
-        OxDbViewport* viewport = nullptr;
-        if (oxdbOpenObject(viewport, id, OxDb::kForRead) != Ox::eOk) continue;
-        const int number = viewport->number();
-        const bool usable = number > 1 && viewport->isOn();
-        viewport->close();
-        if (usable && (id == active || chosen == 0)) chosen = number;
-    }
-    if (chosen == 0) return STATUS_ERROR;
-    return db->setCvport(chosen) == Ox::eOk ? STATUS_NORMAL : STATUS_ERROR;
+    return pavo::db::enterModelSpace(oxdbHostApplicationServices()->workingDatabase()) == Ox::eOk ? STATUS_NORMAL
+                                                                                                  : STATUS_ERROR;
 }

@@ -1,12 +1,14 @@
 #include "editor/SelectionSpace.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "OxDbDatabase.h"
 #include "OxDbEntity.h"
 #include "OxDbLayout.h"
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
+#include "db/PaperSpace.h"
 #include "oxut.h"
 
 namespace pavo::editor::selection {
@@ -38,46 +40,54 @@ bool TypeFilter::accepts(const OxDbEntity& entity) const {
                        [&](const std::wstring& p) { return oxutWcMatchEx(name.c_str(), p.c_str(), true); });
 }
 
-OxDbObjectIdArray currentLayoutViewports(OxDbDatabase& db, OxDbObjectId* activeViewport) {
-    if (activeViewport) activeViewport->setNull();
-    if (db.tilemode()) return OxDbObjectIdArray();
-    OxDbLayoutManager* layouts = oxdbHostApplicationServices()->layoutManager();
-    if (!layouts) return OxDbObjectIdArray();
-    OxDbBlockTableRecord* block = nullptr;
-    if (oxdbOpenObject(block, layouts->getActiveLayoutBTRId(&db), OxDb::kForRead) != Ox::eOk)
-        return OxDbObjectIdArray();
-    const OxDbObjectId layoutId = block->getLayoutId();
-    block->close();
-    OxDbLayout* layout = nullptr;
-    if (oxdbOpenObject(layout, layoutId, OxDb::kForRead) != Ox::eOk) return OxDbObjectIdArray();
-    OxDbObjectIdArray viewports = layout->getViewportArray();
-    if (activeViewport) *activeViewport = layout->activeViewportId();
-    layout->close();
-    return viewports;
+OxDbObjectId currentModelViewport(OxDbDatabase& db) {
+    return db.cvport() > 1 && !db.tilemode() ? pavo::db::currentViewport(&db) : OxDbObjectId();
 }
 
-OxDbObjectId currentModelViewport(OxDbDatabase& db) {
-    if (db.tilemode() || db.cvport() <= 1) return OxDbObjectId();
-    for (const OxDbObjectId& id : currentLayoutViewports(db)) {
-        OxDbViewport* viewport = nullptr;
-        if (oxdbOpenObject(viewport, id, OxDb::kForRead) != Ox::eOk) continue;
-        const bool current = viewport->number() == db.cvport();
-        viewport->close();
-        if (current) return id;
-    }
-    return OxDbObjectId();
+bool ViewWindow::contains(const OxGePoint3d& p) const {
+    // Into the window's own axes: turned back by the twist.
+    const double dx = p.x - center.x, dy = p.y - center.y;
+    const double c = std::cos(twist), s = std::sin(twist);
+    const double u = dx * c + dy * s, v = -dx * s + dy * c;
+    return std::abs(u) <= halfWidth && std::abs(v) <= halfHeight;
+}
+
+bool ViewWindow::touches(const OxGePoint3d& lo, const OxGePoint3d& hi) const {
+    // Against the axis-aligned box around the (possibly turned) window.
+    const double c = std::abs(std::cos(twist)), s = std::abs(std::sin(twist));
+    const double rx = halfWidth * c + halfHeight * s, ry = halfWidth * s + halfHeight * c;
+    return lo.x <= center.x + rx && hi.x >= center.x - rx && lo.y <= center.y + ry && hi.y >= center.y - ry;
+}
+
+std::optional<ViewWindow> viewWindowOf(const OxDbObjectId& viewportId) {
+    OxDbViewport* viewport = nullptr;
+    if (oxdbOpenObject(viewport, viewportId, OxDb::kForRead) != Ox::eOk) return std::nullopt;
+    ViewWindow w;
+    w.center = viewport->viewCenter();
+    w.halfHeight = viewport->viewHeight() / 2;
+    w.halfWidth = w.halfHeight * viewport->width() / viewport->height();
+    w.twist = viewport->twistAngle();
+    w.modelPerSheet = viewport->viewHeight() / viewport->height();
+    viewport->close();
+    return w;
 }
 
 PickableSpace::PickableSpace() : PickableSpace(oxdbHostApplicationServices()->workingDatabase()) {}
 
-PickableSpace::PickableSpace(OxDbDatabase* db) : m_db(db) {
+PickableSpace::PickableSpace(OxDbDatabase* db, Exclusions exclusions, bool lockedLayers)
+    : m_db(db), m_exclusions(exclusions), m_lockedLayers(lockedLayers) {
     if (!m_db) return;
     m_space = m_db->currentSpaceId();
+    m_viewport = currentModelViewport(*m_db);
+    m_window = viewWindowOf(m_viewport);
+}
+
+bool PickableSpace::frozenInViewport(const OxDbObjectId& layerId) const {
     OxDbViewport* viewport = nullptr;
-    if (oxdbOpenObject(viewport, currentModelViewport(*m_db), OxDb::kForRead) == Ox::eOk) {
-        viewport->getFrozenLayerList(m_frozenInViewport);
-        viewport->close();
-    }
+    if (oxdbOpenObject(viewport, m_viewport, OxDb::kForRead) != Ox::eOk) return false;
+    const bool frozen = viewport->isLayerFrozenInViewport(layerId);
+    viewport->close();
+    return frozen;
 }
 
 bool PickableSpace::layerPickable(const OxDbObjectId& layerId) const {
@@ -85,19 +95,27 @@ bool PickableSpace::layerPickable(const OxDbObjectId& layerId) const {
     bool pickable = false;
     OxDbLayerTableRecord* layer = nullptr;
     if (oxdbOpenObject(layer, layerId, OxDb::kForRead) == Ox::eOk) {
-        pickable = !layer->isOff() && !layer->isFrozen();
+        pickable = !((m_exclusions & PavoEntSelectorRequest::kExcludeOffLayers) && layer->isOff()) &&
+                   !((m_exclusions & PavoEntSelectorRequest::kExcludeFrozenLayers) && layer->isFrozen()) &&
+                   (m_lockedLayers || !layer->isLocked());
         layer->close();
     }
-    pickable = pickable && !m_frozenInViewport.contains(layerId);
+    if (pickable && (m_exclusions & PavoEntSelectorRequest::kExcludeFrozenInViewport)) pickable = !frozenInViewport(layerId);
     m_layerCache[layerId] = pickable;
     return pickable;
 }
 
 bool PickableSpace::entityPickable(const OxDbEntity& entity) const {
     if (!entity.visibility() || entity.blockId() != m_space || !layerPickable(entity.layerId())) return false;
-    // A layout's own viewport is the sheet itself, not an object on it.
+    if (m_window) {
+        OxGePoint3d lo, hi;
+        if (!entity.getExtents(lo, hi) || !m_window->touches(lo, hi)) return false;
+    }
     const OxDbViewport* viewport = OxDbViewport::cast(&entity);
-    return !viewport || viewport->number() != 1;
+    if (!viewport) return true;
+    // A layout's own viewport is the sheet itself, not an object on it.
+    if (viewport->number() == 1) return !(m_exclusions & PavoEntSelectorRequest::kExcludeSheet);
+    return !(m_exclusions & PavoEntSelectorRequest::kExcludeViewports);
 }
 
 void PickableSpace::forEach(const TypeFilter& filter, const std::function<void(const OxDbEntity&)>& visit) const {
@@ -130,13 +148,25 @@ std::vector<OxDbObjectId> PickableSpace::entities(const TypeFilter& filter) cons
     return ids;
 }
 
+std::vector<OxDbObjectId> PickableSpace::allAt(const OxGePoint3d& point, double pickbox,
+                                               const TypeFilter& filter) const {
+    std::vector<OxDbObjectId> ids;
+    // Outside the viewport's window the user points at the sheet, not into
+    // the viewport.
+    if (m_window && !m_window->contains(point)) return ids;
+    const double reach = m_window ? pickbox * m_window->modelPerSheet : pickbox;
+    forEach(filter, [&](const OxDbEntity& e) {
+        if (e.distanceTo(point) <= reach) ids.push_back(e.objectId());
+    });
+    std::reverse(ids.begin(), ids.end());
+    return ids;
+}
+
 std::optional<OxDbObjectId> PickableSpace::at(const OxGePoint3d& point, double pickbox,
                                               const TypeFilter& filter) const {
-    std::optional<OxDbObjectId> topmost;
-    forEach(filter, [&](const OxDbEntity& e) {
-        if (e.distanceTo(point) <= pickbox) topmost = e.objectId();
-    });
-    return topmost;
+    const std::vector<OxDbObjectId> ids = allAt(point, pickbox, filter);
+    if (ids.empty()) return std::nullopt;
+    return ids.front();
 }
 
 std::vector<OxDbObjectId> PickableSpace::inWindow(const OxGePoint3d& corner1, const OxGePoint3d& corner2, bool crossing,
