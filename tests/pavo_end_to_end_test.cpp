@@ -71,23 +71,33 @@ TEST(PavoExecutable, OptionsAndUsage) {
     EXPECT_EQ(runPavo({"a.pvd", "--new"}).status, 1);
 }
 
-// The README's first session, exactly as the documentation gives it.
-TEST(PavoExecutable, ReadmeWalkthrough) {
-    TempFolder dir;
+namespace {
+
+// Runs docs/examples/EXAMPLE.scr as written, but for the drawing it saves
+// as EXAMPLE.pvd, which goes to `dir`.
+pavotest::PavoRun runExample(const std::string& example, const TempFolder& dir) {
     std::string script;
     {
-        std::ifstream in(std::string(PAVO_TEST_DATA_DIR) + "/../../docs/examples/walkthrough.scr");
+        std::ifstream in(std::string(PAVO_TEST_DATA_DIR) + "/../../docs/examples/" + example + ".scr");
         std::ostringstream s;
         s << in.rdbuf();
         script = s.str();
     }
-    ASSERT_FALSE(script.empty());
-    const std::string file = dir.path("walkthrough.pvd");
-    const std::string name = "\nwalkthrough.pvd\n";
+    EXPECT_FALSE(script.empty());
+    const std::string file = dir.path(example + ".pvd");
+    const std::string name = "\n" + example + ".pvd\n";
     for (size_t pos = script.find(name); pos != std::string::npos; pos = script.find(name, pos + file.size()))
         script.replace(pos, name.size(), "\n" + file + "\n");
-    dir.write("walkthrough.scr", script);
-    const auto run = runPavo({"--script", dir.path("walkthrough.scr")});
+    dir.write(example + ".scr", script);
+    return runPavo({"--script", dir.path(example + ".scr")});
+}
+
+} // namespace
+
+// The README's first session, exactly as the documentation gives it.
+TEST(PavoExecutable, ReadmeWalkthrough) {
+    TempFolder dir;
+    const auto run = runExample("walkthrough", dir);
     ASSERT_EQ(run.status, 0) << run.output;
     const std::string& t = run.output;
     const size_t reopened = t.find("Opened ");
@@ -98,4 +108,26 @@ TEST(PavoExecutable, ReadmeWalkthrough) {
         EXPECT_NE(after.find(row), std::string::npos) << row << "\n" << after;
     EXPECT_EQ(after.find("TEMP "), std::string::npos) << after;
     EXPECT_NE(t.find("Cannot delete the selected layer(s). "), std::string::npos) << t;
+}
+
+// The README's viewports session: what it did to the viewports is listed
+// again after the drawing is saved and opened.
+TEST(PavoExecutable, ReadmeViewportsWalkthrough) {
+    TempFolder dir;
+    const auto run = runExample("viewports", dir);
+    ASSERT_EQ(run.status, 0) << run.output;
+    const std::string& t = run.output;
+    EXPECT_NE(t.find("Select a viewport : 662,420\nThe following layers are frozen in viewport 3\nA-FURN\n"),
+              std::string::npos)
+        << t;
+    EXPECT_NE(t.find("Viewport 4 made; 2 layer(s) frozen in new viewports start frozen in it."), std::string::npos)
+        << t;
+    const size_t reopened = t.find("Opened ");
+    ASSERT_NE(reopened, std::string::npos) << t;
+    const std::string after = t.substr(reopened);
+    for (const char* row : {"    Number:        2\n    Layout:        A1 Plan\n", "    Frozen layers: A-FURN, A-ANNO-NOTES\n",
+                            "    Number:        3\n",
+                            "    Override:      A-WALL: color red, lineweight 0.70 mm\n", "    Number:        4\n",
+                            "    Frozen layers: A-ANNO-DIMS, A-ANNO-NOTES\n"})
+        EXPECT_NE(after.find(row), std::string::npos) << row << "\n" << after;
 }
