@@ -14,7 +14,7 @@ namespace pavo::db {
 
 class OrderedCellSet {
 public:
-    bool contains(const OxDbCell* cell) const { return cell && find(cell) != kNone; }
+    bool contains(const OxDbCell* cell) const { return cell && slotOf(cell) != kNoSlot; }
     // Appends `cell`; false (nothing changed) when it is null or present.
     bool insert(OxDbCell* cell);
     // False when `cell` is not in the set.
@@ -31,21 +31,25 @@ public:
 
 private:
     static constexpr std::uint32_t kNone = 0xFFFFFFFFu;
+    static constexpr std::size_t kNoSlot = static_cast<std::size_t>(-1);
     // An open-addressing index from cell to its position in m_order, with
-    // linear probing and no tombstones (removal shifts the run back).
+    // linear probing and no tombstones (removal shifts the run back). A
+    // slot keeps the upper half of the cell's hash, which also gives its
+    // home slot, so that probing rarely looks at m_order.
     struct Slot {
-        const OxDbCell* cell = nullptr; // null: empty
-        std::uint32_t position = 0;
+        std::uint32_t position = kNone; // kNone: empty
+        std::uint32_t tag = 0;
     };
-    std::size_t home(const OxDbCell* cell) const;
-    // The position of `cell` in m_order, or kNone.
-    std::uint32_t find(const OxDbCell* cell) const;
-    void index(const OxDbCell* cell, std::uint32_t position);
+    static std::uint32_t tagOf(const OxDbCell* cell);
+    std::size_t home(std::uint32_t tag) const;
+    // The slot holding `cell`, or kNoSlot.
+    std::size_t slotOf(const OxDbCell* cell) const;
+    void index(std::uint32_t tag, std::uint32_t position);
     void unindex(std::size_t slot);
     void rebuild(std::size_t capacity);
     // Drops the holes that removals left in m_order once they outnumber
     // the cells, so that walking the set stays proportional to its size.
-    void compactIfSparse();
+    void compact();
 
     std::vector<OxDbCell*> m_order; // null: removed
     std::vector<Slot> m_slots;      // a power of two in size, at most half full
