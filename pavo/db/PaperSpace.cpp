@@ -76,8 +76,10 @@ OxDbObjectId currentViewport(const OxDbDatabase* db) {
     if (!db || db->tilemode()) return OxDbObjectId();
     const OxDbLayout* layout = currentPaperLayout(db);
     if (!layout) return OxDbObjectId();
+    // A file may name a viewport of another layout: that one is not here.
     const OxDbObjectId active = layout->activeViewportId();
-    if (viewportOf(active)) return active;
+    const OxDbViewport* viewport = viewportOf(active);
+    if (viewport && viewport->ownerId() == layout->getBlockTableRecordId()) return active;
     return viewportNumbered(*layout, 1);
 }
 
