@@ -67,6 +67,7 @@ enum ErrorStatus : int {
     eOutOfRange,
     eNotApplicable,
     eWasNotErased,
+    eSelfReference, // a block would insert itself, directly or through other blocks
 };
 
 } // namespace Ox

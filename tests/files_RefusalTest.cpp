@@ -51,6 +51,15 @@ TEST(DrawingFiles, BadDrawingsAreRefusedWithTheirLocation) {
          "/blocks/0/entities/11/p", "does not belong to a line"},
         {"missing key", sampleWith("\"p\":[0,0],\"r\":150}", "\"p\":[0,0]}"), "/blocks/0/entities/11",
          "needs the key \"r\""},
+        // An attribute is an object of its own: its handle is unique too.
+        {"attribute with the reference's handle",
+         sampleWith("{\"h\":\"69\",\"p\":[656,55]", "{\"h\":\"68\",\"p\":[656,55]"), "/blocks/1/entities/3/attribs/0/h",
+         "duplicate handle \"68\""},
+        {"attributes with one handle", sampleWith("{\"h\":\"6A\",\"p\":[656,40]", "{\"h\":\"69\",\"p\":[656,40]"),
+         "/blocks/1/entities/3/attribs/1/h", "duplicate handle \"69\""},
+        {"attribute with an object's handle",
+         sampleWith("{\"h\":\"6A\",\"p\":[656,40]", "{\"h\":\"5E\",\"p\":[656,40]"), "/blocks/3/entities/0/h",
+         "duplicate handle \"5E\""},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);

@@ -101,7 +101,15 @@ TEST(DrawingFiles, DrawingBuiltThroughTheApiRoundTrips) {
         ASSERT_EQ(model->appendOxDbEntity(e), Ox::eOk);
         e->close();
     }
-    auto* ref = new OxDbBlockReference(OxGePoint3d(7, 8), db.modelSpaceId());
+    OxDbBlockTable* blocks = nullptr;
+    ASSERT_EQ(db.getBlockTable(blocks, OxDb::kForWrite), Ox::eOk);
+    auto* part = new OxDbBlockTableRecord;
+    part->setName(L"PART");
+    OxDbObjectId partId;
+    ASSERT_EQ(blocks->add(partId, part), Ox::eOk);
+    part->close();
+    blocks->close();
+    auto* ref = new OxDbBlockReference(OxGePoint3d(7, 8), partId);
     ref->setScaleFactors(OxGeScale3d{2, 3, 4});
     ASSERT_EQ(model->appendOxDbEntity(ref), Ox::eOk);
     auto* attribute = new OxDbAttribute;

@@ -195,7 +195,7 @@ TEST_F(LayerStateCommand, DeleteRenameAndFilesThatAreNotLayerStates) {
     EXPECT_NE(out.find("empty.pls: not a layer state file (\"format\" is not \"pavo-layer-state\")."),
               std::string::npos);
     EXPECT_NE(out.find("text.pls: not a layer state file (it is not JSON)."), std::string::npos);
-    EXPECT_NE(out.find("Cannot read " + (folder / "absent.pls").string() + "."), std::string::npos);
+    EXPECT_NE(out.find("Cannot read " + (folder / "absent.pls").string() + ": No such file or directory."), std::string::npos);
     EXPECT_FALSE(states->hasLayerState(L"A"));
     EXPECT_FALSE(states->hasLayerState(L"C"));
     EXPECT_TRUE(states->hasLayerState(L"B"));

@@ -18,9 +18,10 @@ using pavo::files::LinetypeFile;
 namespace {
 
 LinetypeFile shipped(const char* name) {
+    std::string problem;
     const std::optional<LinetypeFile> file =
-        pavo::files::readLinetypeFile(fs::path(PAVO_TEST_RESOURCE_DIR) / "support" / name);
-    EXPECT_TRUE(file) << name;
+        pavo::files::readLinetypeFile(fs::path(PAVO_TEST_RESOURCE_DIR) / "support" / name, problem);
+    EXPECT_TRUE(file) << name << ": " << problem;
     return file.value_or(LinetypeFile{});
 }
 

@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <sstream>
+#include <sys/stat.h>
 
 #include "RunPavo.h"
 
@@ -58,6 +59,20 @@ TEST(PavoExecutable, BadDrawingIsRefusedAndLeftAlone) {
 
     const auto missing = runPavo({dir.path("none.pvd")}, "QUIT\n");
     EXPECT_EQ(missing.status, 2) << missing.output;
+}
+
+// A FIFO would make an open for reading wait for a writer for ever.
+TEST(PavoExecutable, FilesThatAreNotRegularAreRefusedAtOnce) {
+    TempFolder dir;
+    const std::string fifo = dir.path("pipe.pvd");
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    const auto named = runPavo({fifo}, "QUIT\n");
+    EXPECT_EQ(named.status, 2) << named.output;
+    EXPECT_NE(named.output.find(fifo + ": is a FIFO, not a regular file"), std::string::npos) << named.output;
+    const auto opened = runPavo({"--new"}, "OPEN\n" + fifo + "\nOPEN\n" + dir.path("") + "\n");
+    EXPECT_EQ(opened.status, 0) << opened.output;
+    EXPECT_NE(opened.output.find("is a FIFO, not a regular file"), std::string::npos) << opened.output;
+    EXPECT_NE(opened.output.find("Is a directory"), std::string::npos) << opened.output;
 }
 
 TEST(PavoExecutable, OptionsAndUsage) {

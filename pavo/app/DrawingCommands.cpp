@@ -13,6 +13,7 @@
 #include "OxDbEntity.h"
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
+#include "db/BlockNesting.h"
 #include "editor/Editor.h"
 #include "editor/PointInput.h"
 #include "oxed.h"
@@ -179,8 +180,15 @@ OxDbObjectId askBlock() {
             table->getIdAt(name, id);
             table->close();
         }
-        if (!id.isNull()) return id;
-        oxutPrintf(L"\nBlock \"%ls\" not found.", name);
+        if (id.isNull()) {
+            oxutPrintf(L"\nBlock \"%ls\" not found.", name);
+            continue;
+        }
+        // A block that inserts the current space, however deep, cannot go in it.
+        const std::vector<OxDbObjectId> loop = db::loopIfInserted(workingDatabase()->currentSpaceId(), id);
+        if (loop.empty()) return id;
+        oxutPrintf(L"\nBlock \"%ls\" cannot be inserted here: a block would insert itself (%ls).", name,
+                   db::blockChainText(loop));
     }
 }
 

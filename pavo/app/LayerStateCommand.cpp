@@ -13,6 +13,7 @@
 #include "app/LayerStateTransfer.h"
 #include "base/Utf8.h"
 #include "files/AtomicFile.h"
+#include "files/FileRead.h"
 #include "files/LayerStateFile.h"
 #include "files/TextFileLines.h"
 #include "oxed.h"
@@ -173,9 +174,10 @@ void LayerStateCommand::importState() {
     if (!typed || typed->empty()) return;
     fs::path path(*typed);
     if (!path.has_extension()) path += L".pls";
-    const std::optional<std::string> text = files::readFileText(path);
+    std::string reason;
+    const std::optional<std::string> text = files::readFileText(path, reason);
     if (!text) {
-        oxutPrintf(L"\nCannot read %ls.", path.wstring());
+        oxutPrintf(L"\n%ls", files::cannotRead(path, reason));
         return;
     }
     std::wstring problem;

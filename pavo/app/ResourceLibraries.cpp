@@ -2,12 +2,13 @@
 
 #include <cstring>
 #include <cwchar>
-#include <fstream>
+#include <optional>
 #include <sstream>
 
 #include "base/CaseFold.h"
 #include "OxString.h"
 #include "base/Utf8.h"
+#include "files/FileRead.h"
 #include "oxmd.h"
 #include "win32compat.h"
 
@@ -125,12 +126,11 @@ void ResourceLibrary::loadTable() const {
         fs::path localized = m_folder / ("strings." + m_language + ".txt");
         if (fs::exists(localized)) file = localized;
     }
-    std::ifstream in(file, std::ios::binary);
-    if (!in) return; // a library without texts: every lookup falls back
-    std::ostringstream content;
-    content << in.rdbuf();
+    std::string reason;
+    const std::optional<std::string> content = files::readFileText(file, reason);
+    if (!content) return; // a library without texts: every lookup falls back
     std::vector<std::string> problems;
-    m_strings = parseStringTable(content.str(), problems);
+    m_strings = parseStringTable(*content, problems);
     for (const std::string& p : problems) m_problems.push_back(file.string() + ": " + p);
 }
 

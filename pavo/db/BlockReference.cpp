@@ -1,6 +1,6 @@
-#include <algorithm>
 #include <cmath>
 
+#include "BlockNesting.h"
 #include "DbInternal.h"
 #include "Geometry.h"
 #include "OxDbEntity.h"
@@ -28,8 +28,10 @@ Ox::ErrorStatus OxDbBlockReference::setBlockTableRecord(const OxDbObjectId& id) 
     if (id.isNull()) return Ox::eNullObjectId;
     if (const OxDbObject* target = objectOf(id); target && !OxDbBlockTableRecord::cast(target))
         return Ox::eNotThatKindOfClass;
+    const OxDbCell* self = cell();
+    if (self && !storeOf(self).loading && !loopIfInserted(self->owner, id).empty()) return Ox::eSelfReference;
     const Ox::ErrorStatus es = assignIf(writeCheck(), m_block, id);
-    if (es == Ox::eOk && cell()) storeOf(cell()).referencesChanged();
+    if (es == Ox::eOk && self) storeOf(self).referencesChanged();
     return es;
 }
 
@@ -59,32 +61,10 @@ namespace {
 
 // The block's content in the reference's placement (without attributes).
 geom::Box placedBlockBox(const OxDbBlockReference& reference) {
-    geom::Box content;
-    if (const auto* block = OxDbBlockTableRecord::cast(objectOf(reference.blockTableRecord()))) {
-        for (const OxDbCell* cell : block->impl()->entities) {
-            const auto* entity = OxDbEntity::cast(cell->object.get());
-            OxGePoint3d lo, hi;
-            if (entity && !cell->erased && entity->getExtents(lo, hi)) {
-                content.add(lo.x, lo.y);
-                content.add(hi.x, hi.y);
-            }
-        }
-        if (content.empty) return content;
-        const OxGePoint3d base = block->origin();
-        const OxGeScale3d s = reference.scaleFactors();
-        const double c = std::cos(reference.rotation()), sn = std::sin(reference.rotation());
-        const OxGePoint3d at = reference.position();
-        geom::Box placed;
-        for (auto [x, y] : {std::pair{content.minX, content.minY},
-                            {content.maxX, content.minY},
-                            {content.maxX, content.maxY},
-                            {content.minX, content.maxY}}) {
-            const double u = (x - base.x) * s.sx, v = (y - base.y) * s.sy;
-            placed.add(at.x + u * c - v * sn, at.y + u * sn + v * c);
-        }
-        return placed;
-    }
-    return content;
+    const auto* block = OxDbBlockTableRecord::cast(objectOf(reference.blockTableRecord()));
+    if (!block) return {};
+    return placedBox(blockContentBox(reference.blockTableRecord()), block->origin(), reference.scaleFactors(),
+                     reference.rotation(), reference.position());
 }
 
 } // namespace

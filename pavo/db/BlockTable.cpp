@@ -1,3 +1,4 @@
+#include "BlockNesting.h"
 #include "DbInternal.h"
 #include "OxDbEntity.h"
 #include "RxDefine.h"
@@ -40,6 +41,14 @@ void numberViewport(OxDbDatabase* db, const OxDbBlockTableRecord& block, OxDbVie
                 highest = v->number();
     }
     viewport->setNumber(static_cast<short>(highest + 1));
+}
+
+// Whether appending `entity` to `block` would make the block insert itself.
+bool closesInsertionLoop(const OxDbBlockTableRecord& block, const OxDbEntity* entity) {
+    const auto* reference = OxDbBlockReference::cast(entity);
+    OxDbDatabase* db = block.database();
+    return reference && db && !implOf(db).store.loading &&
+           !loopIfInserted(block.objectId(), reference->blockTableRecord()).empty();
 }
 
 } // namespace
@@ -87,6 +96,11 @@ OxDbObject* OxDbBlockTableRecord::cloneState() const {
 }
 
 Ox::ErrorStatus OxDbBlockTableRecord::appendOxDbEntity(OxDbObjectId& id, OxDbEntity* entity) {
+    if (closesInsertionLoop(*this, entity)) {
+        id.setNull();
+        implOf(database()).store.pendingCell = nullptr;
+        return Ox::eSelfReference;
+    }
     if (auto* viewport = OxDbViewport::cast(entity); viewport && database() && !entity->isDatabaseResident())
         numberViewport(database(), *this, viewport);
     Ox::ErrorStatus es = appendOwnedEntity(*this, entity, id);

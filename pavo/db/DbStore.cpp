@@ -37,12 +37,14 @@ OxDbCell* Store::cellForHandle(std::uint64_t handle) {
     cell.handle = handle;
     cell.database = database;
     byHandle.insert(handle, &cell, cells.size());
-    nextHandle = std::max(nextHandle, handle + 1);
+    nextHandle = std::max(nextHandle, handle + 1); // the last handle (+1 is 0) leaves it alone
     return &cell;
 }
 
 OxDbCell* Store::newCell() {
-    while (byHandle.contains(nextHandle))
+    // Past the last handle (a drawing may set the seed anywhere) the search
+    // goes on from 1 for one that is free: handles never run out or wrap to 0.
+    while (nextHandle == 0 || byHandle.contains(nextHandle))
         ++nextHandle;
     return cellForHandle(nextHandle);
 }

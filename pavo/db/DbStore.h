@@ -34,6 +34,7 @@ public:
     bool writer = false;
     bool erased = false;
     bool modified = false; // changed since it was made resident
+    bool claimed = false;  // the drawing reader gave the handle to an object it reads
 };
 
 namespace pavo::db {
@@ -85,7 +86,7 @@ struct Store {
 
     // The cell of `handle`, made (without an object) when missing.
     OxDbCell* cellForHandle(std::uint64_t handle);
-    // A new cell with the next free handle.
+    // A new cell with the next free handle (from 1 again after the last).
     OxDbCell* newCell();
     // Makes `obj` resident under `cell` (or the pending cell, or a new
     // handle), owned by `owner`, not open. The handle seed moves past it.
@@ -104,6 +105,10 @@ struct Store {
     void referencesChanged() { referenceIndexValid = false; }
     std::unordered_map<const OxDbCell*, std::vector<OxDbCell*>> referenceIndex;
     bool referenceIndexValid = false;
+    // True while the drawing reader builds the database: checks of the
+    // whole drawing (blocks inserting themselves) run once at its end
+    // rather than at every change.
+    bool loading = false;
 };
 
 } // namespace pavo::db

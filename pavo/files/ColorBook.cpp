@@ -3,6 +3,7 @@
 #include <unordered_set>
 
 #include "base/CaseFold.h"
+#include "base/PathText.h"
 #include "files/SupportFile.h"
 #include "files/TextFileLines.h"
 
@@ -14,9 +15,10 @@ constexpr std::wstring_view kHeader = L"pavo colour book 1";
 } // namespace
 
 std::optional<ColorBook> ColorBook::read(const std::filesystem::path& path, std::wstring& problem) {
-    const std::optional<std::vector<TextLine>> lines = readTextLines(path);
+    std::string reason;
+    const std::optional<std::vector<TextLine>> lines = readTextLines(path, reason);
     if (!lines) {
-        problem = L"Cannot read " + path.wstring() + L".";
+        problem = cannotRead(path, reason);
         return std::nullopt;
     }
     return fromLines(*lines, path, problem);
@@ -81,7 +83,7 @@ std::optional<ColorBook> findColorBook(std::wstring_view bookName, std::wstring&
     }
     std::optional<ColorBook> book = ColorBook::read(path, problem);
     if (book && !pavo::equalNoCase(book->name(), bookName)) {
-        problem = path.filename().wstring() + L" holds colour book \"" + book->name() + L"\", not " + quoted + L".";
+        problem = fileNameText(path) + L" holds colour book \"" + book->name() + L"\", not " + quoted + L".";
         return std::nullopt;
     }
     return book;

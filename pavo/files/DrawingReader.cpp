@@ -1,10 +1,16 @@
 // Reads a drawing file's sections, in their documented order, into a fresh
 // database. Nothing is returned unless every check passed.
+#include <cerrno>
+#include <cstring>
+
 #include "OxDbDictionary.h"
 #include "OxDbEntity.h"
 #include "OxDbLayerStateManager.h"
 #include "OxDbLayout.h"
 #include "OxDbMaterial.h"
+#include "SymbolTableImpl.h"
+#include "base/Utf8.h"
+#include "db/BlockNesting.h"
 #include "files/DrawingFormat.h"
 #include "files/EntityReader.h"
 #include "files/FileRead.h"
@@ -70,7 +76,7 @@ public:
         const std::uint64_t required = (1u << kFormat) | (1u << kVersion) | (1u << kHeader) | (1u << kTables) |
                                        (1u << kDictionaries) | (1u << kLinetypes) | (1u << kLayers) | (1u << kBlocks) |
                                        (1u << kLayouts);
-        return m_ctx.requireKeys(seen, required, keys, "a drawing", json.data()) && finish();
+        return m_ctx.requireKeys(seen, required, keys, "a drawing", json.data()) && finish() && noInsertionLoop(doc);
     }
 
 private:
@@ -730,6 +736,29 @@ private:
         return true;
     }
 
+    // Refuses a block that inserts itself, naming the chain of blocks, at
+    // the first reference of the loop.
+    bool noInsertionLoop(sj::document& doc) {
+        const std::vector<OxDbObjectId> loop = pavo::db::findInsertionLoop(m_ctx.db);
+        if (loop.empty()) return true;
+        const auto* table = peek<OxDbBlockTable>(m_ctx.impl.blockTable);
+        const auto& blocks = table->impl()->records;
+        const auto& entities = peek<OxDbBlockTableRecord>(loop[0])->impl()->entities;
+        std::size_t block = 0, entity = 0;
+        while (blocks[block] != loop[0].cell())
+            ++block;
+        while (!pavo::db::holdsKindOf(entities[entity], OxDbBlockReference::desc()) ||
+               pavo::db::peek<OxDbBlockReference>(OxDbObjectId(entities[entity]))->blockTableRecord() != loop[1])
+            ++entity;
+        const std::string pointer = "/blocks/" + std::to_string(block) + "/entities/" + std::to_string(entity) + "/b";
+        doc.rewind();
+        sj::value value;
+        const char* at = doc.at_pointer(pointer).get(value) ? nullptr : JsonIn::where(value);
+        return m_ctx.failAt(pointer, at,
+                            "block \"" + toUtf8(pavo::db::recordName(loop[0].cell())) +
+                                "\" inserts itself: " + toUtf8(pavo::db::blockChainText(loop)));
+    }
+
     ReadContext m_ctx;
     const std::string& m_fileName;
     // The building side of "layers" and "blocks", from the start of the one
@@ -753,19 +782,29 @@ std::unique_ptr<OxDbDatabase> readPadded(const simdjson::padded_string_view& jso
                                          LoadError& error) {
     auto db = std::make_unique<OxDbDatabase>(false);
     {
+        pavo::db::Store& store = db->impl()->store;
+        store.loading = true;
         DrawingReader reader(*db, std::string_view(json.data(), json.size()), fileName, error);
         if (!reader.read(json)) return nullptr;
+        store.loading = false;
     }
     db->setModified(false);
     return db;
 }
 
-simdjson::error_code load(const std::string& path, std::size_t size, simdjson::padded_string& out) {
-    simdjson::padded_string padded(size);
-    if (!padded.data()) return simdjson::MEMALLOC;
-    if (!readFileInto(path, padded.data(), size)) return simdjson::IO_ERROR;
+// The file's bytes with the padding the parser needs; false with a problem.
+bool load(InputFile& file, simdjson::padded_string& out, std::string& problem) {
+    simdjson::padded_string padded(file.size());
+    if (!padded.data()) {
+        problem = std::strerror(ENOMEM);
+        return false;
+    }
+    if (!file.readInto(padded.data(), file.size())) {
+        problem = file.problem();
+        return false;
+    }
     out = std::move(padded);
-    return simdjson::SUCCESS;
+    return true;
 }
 
 } // namespace
@@ -776,12 +815,12 @@ std::unique_ptr<OxDbDatabase> readDrawing(std::string_view json, const std::stri
 }
 
 std::unique_ptr<OxDbDatabase> readDrawingFile(const std::string& path, LoadError& error) {
-    std::size_t size = 0;
-    const bool sized = fileSizeOf(path, size);
-    const LargeHeapSteps steps(size);
+    InputFile file(path);
+    const LargeHeapSteps steps(file.isOpen() ? file.size() : 0);
     simdjson::padded_string padded;
-    if (auto e = sized ? load(path, size, padded) : simdjson::IO_ERROR) {
-        error = LoadError{path, "", 0, 0, std::string("cannot read the file (") + simdjson::error_message(e) + ")"};
+    std::string problem = file.problem();
+    if (!file.isOpen() || !load(file, padded, problem)) {
+        error = LoadError{path, "", 0, 0, problem};
         return nullptr;
     }
     auto db = readPadded(padded, path, error);

@@ -1,16 +1,48 @@
-// Reading a whole file into memory; a large one with two threads at once,
-// each filling (and taking the page faults of) its half of the buffer.
+// Every file pavo reads is opened here, and only a regular file is: a
+// folder, a FIFO or a device is refused at once, never waited on, and a
+// problem is told in the system's words ("No such file or directory").
+// A large file is read with two threads at once, each filling (and taking
+// the page faults of) its half of the buffer.
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
+#include <optional>
 #include <string>
+#include <sys/stat.h>
 
 namespace pavo::files {
 
-// The size of the file at `path`; false when it cannot be opened.
-bool fileSizeOf(const std::string& path, std::size_t& size);
-// Reads the first `size` bytes of the file into `out`; false when the file
-// cannot be read or is shorter.
-bool readFileInto(const std::string& path, char* out, std::size_t size);
+class InputFile {
+public:
+    explicit InputFile(const std::filesystem::path& path);
+    ~InputFile();
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+
+    bool isOpen() const { return m_fd >= 0; }
+    // Why the file is not open, or why the last read failed.
+    const std::string& problem() const { return m_problem; }
+    // The file's status when it was opened.
+    const struct stat& status() const { return m_status; }
+    std::size_t size() const { return static_cast<std::size_t>(m_status.st_size); }
+
+    // Reads the first `size` bytes into `out`; false (with a problem) when
+    // the file cannot be read or has become shorter.
+    bool readInto(char* out, std::size_t size);
+
+private:
+    int m_fd = -1;
+    struct stat m_status {};
+    std::string m_problem;
+};
+
+// Why `status` is not the status of a regular file ("Is a directory", "is
+// a FIFO, not a regular file"); empty when it is one.
+std::string notRegularReason(const struct stat& status);
+
+// The whole content of the file at `path`; nullopt, with `problem`, when
+// it cannot be read.
+std::optional<std::string> readFileText(const std::filesystem::path& path, std::string& problem);
 
 } // namespace pavo::files

@@ -8,6 +8,7 @@
 #include "OxDbSymbolTable.h"
 #include "base/CaseFold.h"
 #include "editor/NumberText.h"
+#include "files/FileRead.h"
 #include "files/SupportFile.h"
 #include "files/TextFileLines.h"
 #include "oxed.h"
@@ -79,8 +80,8 @@ LinetypeFile parseLinetypeFile(std::string_view utf8, const std::filesystem::pat
     return file;
 }
 
-std::optional<LinetypeFile> readLinetypeFile(const std::filesystem::path& path) {
-    const std::optional<std::string> text = readFileText(path);
+std::optional<LinetypeFile> readLinetypeFile(const std::filesystem::path& path, std::string& problem) {
+    const std::optional<std::string> text = readFileText(path, problem);
     if (!text) return std::nullopt;
     return parseLinetypeFile(*text, path);
 }
@@ -89,8 +90,12 @@ Ox::ErrorStatus loadLinetypes(OxDbDatabase* db, const wchar_t* pattern, const wc
     if (!db) return Ox::eNoDatabase;
     const std::filesystem::path path = findSupportFile(fileName, db);
     if (path.empty()) return Ox::eFileNotFound;
-    const std::optional<LinetypeFile> file = readLinetypeFile(path);
-    if (!file) return Ox::eFileAccessErr;
+    std::string reason;
+    const std::optional<LinetypeFile> file = readLinetypeFile(path, reason);
+    if (!file) {
+        oxutPrintf(L"\n%ls", cannotRead(path, reason));
+        return Ox::eFileAccessErr;
+    }
     if (!file->problems.empty()) {
         for (const std::wstring& problem : file->problems)
             oxutPrintf(L"\n%ls", problem);

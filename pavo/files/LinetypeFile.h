@@ -34,8 +34,8 @@ struct LinetypeFile {
 };
 
 LinetypeFile parseLinetypeFile(std::string_view utf8, const std::filesystem::path& path);
-// nullopt when the file cannot be read.
-std::optional<LinetypeFile> readLinetypeFile(const std::filesystem::path& path);
+// nullopt, with the system's reason, when the file cannot be read.
+std::optional<LinetypeFile> readLinetypeFile(const std::filesystem::path& path, std::string& problem);
 
 // What OxDbDatabase::loadLineTypeFile does: finds `fileName` (the drawing's
 // folder, then the support path), and adds every linetype matching `pattern`

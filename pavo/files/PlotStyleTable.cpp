@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "base/CaseFold.h"
+#include "files/FileRead.h"
 #include "files/SupportFile.h"
 #include "files/TextFileLines.h"
 
@@ -108,9 +109,10 @@ std::unique_ptr<PavoPlotStyleTable> parsePlotStyleTable(std::string_view utf8, c
 }
 
 std::unique_ptr<PavoPlotStyleTable> readPlotStyleTable(const std::filesystem::path& path, std::wstring& problem) {
-    const std::optional<std::string> text = readFileText(path);
+    std::string reason;
+    const std::optional<std::string> text = readFileText(path, reason);
     if (!text) {
-        problem = L"Cannot read " + path.wstring() + L".";
+        problem = cannotRead(path, reason);
         return nullptr;
     }
     return parsePlotStyleTable(*text, path, problem);

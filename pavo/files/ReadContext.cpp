@@ -32,7 +32,10 @@ bool ReadContext::define(sj::value& v, OxDbCell*& cell) {
 
 bool ReadContext::defineHandle(std::uint64_t handle, const char* at, OxDbCell*& cell) {
     cell = store.cellForHandle(handle);
-    if (cell->object) return fail(at, "duplicate handle \"" + handleText(handle) + "\"");
+    // An object read but not resident yet (an attribute's reference, say)
+    // holds its handle as firmly as a resident one.
+    if (cell->object || cell->claimed) return fail(at, "duplicate handle \"" + handleText(handle) + "\"");
+    cell->claimed = true;
     return true;
 }
 

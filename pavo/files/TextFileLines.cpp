@@ -1,10 +1,9 @@
 #include "files/TextFileLines.h"
 
-#include <fstream>
-#include <sstream>
-
+#include "base/PathText.h"
 #include "base/Utf8.h"
 #include "editor/NumberText.h"
+#include "files/FileRead.h"
 
 namespace pavo::files {
 
@@ -25,19 +24,8 @@ std::vector<TextLine> splitTextLines(std::string_view utf8) {
     return lines;
 }
 
-std::optional<std::string> readFileText(const std::filesystem::path& path) {
-    std::error_code ec;
-    if (!std::filesystem::is_regular_file(path, ec)) return std::nullopt;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::ostringstream content;
-    content << in.rdbuf();
-    if (in.bad()) return std::nullopt;
-    return content.str();
-}
-
-std::optional<std::vector<TextLine>> readTextLines(const std::filesystem::path& path) {
-    const std::optional<std::string> text = readFileText(path);
+std::optional<std::vector<TextLine>> readTextLines(const std::filesystem::path& path, std::string& problem) {
+    const std::optional<std::string> text = readFileText(path, problem);
     if (!text) return std::nullopt;
     return splitTextLines(*text);
 }
@@ -68,7 +56,11 @@ bool parseRgb(std::wstring_view text, int rgb[3]) {
 }
 
 std::wstring problemAt(const std::filesystem::path& path, int line, std::wstring_view message) {
-    return path.filename().wstring() + L":" + std::to_wstring(line) + L": " + std::wstring(message);
+    return fileNameText(path) + L":" + std::to_wstring(line) + L": " + std::wstring(message);
+}
+
+std::wstring cannotRead(const std::filesystem::path& path, const std::string& reason) {
+    return L"Cannot read " + pathText(path) + L": " + fromUtf8(reason) + L".";
 }
 
 } // namespace pavo::files

@@ -17,10 +17,9 @@ struct TextLine {
     std::wstring text; // without the line end and surrounding blanks
 };
 
-// The whole content of `path`; nullopt when it cannot be read.
-std::optional<std::string> readFileText(const std::filesystem::path& path);
-// The meaningful lines of `path`; nullopt when the file cannot be read.
-std::optional<std::vector<TextLine>> readTextLines(const std::filesystem::path& path);
+// The meaningful lines of `path`; nullopt, with the system's reason in
+// `problem`, when the file cannot be read.
+std::optional<std::vector<TextLine>> readTextLines(const std::filesystem::path& path, std::string& problem);
 // The same rules applied to text already in memory.
 std::vector<TextLine> splitTextLines(std::string_view utf8);
 
@@ -35,5 +34,7 @@ bool parseRgb(std::wstring_view text, int rgb[3]);
 
 // "file:line: message", the form every reader reports a problem in.
 std::wstring problemAt(const std::filesystem::path& path, int line, std::wstring_view message);
+// "Cannot read PATH: REASON."
+std::wstring cannotRead(const std::filesystem::path& path, const std::string& reason);
 
 } // namespace pavo::files
