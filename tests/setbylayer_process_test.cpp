@@ -221,7 +221,11 @@ TEST(SetByLayer, ABlockThatContainsItselfDoesNotSendTheWalkRoundForever) {
     {
         OxDbBlockTableRecord* b = nullptr;
         ASSERT_EQ(oxdbOpenObject(b, loop, OxDb::kForWrite), Ox::eOk);
-        appendTo<OxDbBlockReference>(*b, new OxDbBlockReference(OxGePoint3d(0, 0), loop));
+        // The database refuses the reference that would make LOOP contain itself.
+        auto* self = new OxDbBlockReference(OxGePoint3d(0, 0), loop);
+        OxDbObjectId selfId;
+        EXPECT_EQ(b->appendOxDbEntity(selfId, self), Ox::eSelfReference);
+        delete self;
         b->close();
     }
     modelReference(db, loop, 0, 0);
