@@ -9,6 +9,7 @@
 #include "HelpTopics.h"
 #include "Session.h"
 #include "SessionContext.h"
+#include "base/PathText.h"
 #include "oxed.h"
 
 namespace fs = std::filesystem;
@@ -25,7 +26,7 @@ public:
 };
 
 bool copyPath(const fs::path& path, wchar_t* result, int length) {
-    const std::wstring text = path.wstring();
+    const std::wstring text = pavo::pathText(path);
     if (static_cast<int>(text.size()) >= length) return false;
     std::wmemcpy(result, text.c_str(), text.size() + 1);
     return true;
@@ -36,12 +37,12 @@ bool copyPath(const fs::path& path, wchar_t* result, int length) {
 int oxedFindFile(const wchar_t* name, wchar_t* result, int length) {
     if (!name || !*name || !result || length <= 0) return STATUS_ERROR;
     result[0] = L'\0';
-    const fs::path wanted(name);
+    const fs::path wanted = pavo::pathFromText(name);
     std::error_code ec;
     if (wanted.is_absolute()) return fs::is_regular_file(wanted, ec) && copyPath(wanted, result, length) ? STATUS_NORMAL : STATUS_ERROR;
     std::vector<fs::path> folders;
     if (const OxDbDatabase* db = oxdbHostApplicationServices()->workingDatabase())
-        if (!db->fileName().isEmpty()) folders.push_back(fs::path(db->fileName().str()).parent_path());
+        if (!db->fileName().isEmpty()) folders.push_back(pavo::pathFromText(db->fileName().view()).parent_path());
     if (const pavo::app::Session* s = pavo::app::Session::current())
         for (const fs::path& p : s->options().supportPath) folders.push_back(p);
     for (const fs::path& folder : folders) {

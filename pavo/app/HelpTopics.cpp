@@ -1,11 +1,10 @@
 #include "HelpTopics.h"
 
-#include <fstream>
-#include <sstream>
-
 #include "ResourceLibraries.h"
 #include "base/CaseFold.h"
+#include "base/PathText.h"
 #include "base/Utf8.h"
+#include "files/FileRead.h"
 #include "oxed.h"
 
 namespace fs = std::filesystem;
@@ -19,16 +18,14 @@ std::optional<fs::path> topicFile(const fs::path& library, const std::wstring& t
     std::error_code ec;
     for (fs::directory_iterator it(library / "help", ec), end; !ec && it != end; it.increment(ec)) {
         const fs::path& file = it->path();
-        if (file.extension() == ".txt" && equalNoCase(file.stem().wstring(), topic)) return file;
+        if (file.extension() == ".txt" && equalNoCase(pathText(file.stem()), topic)) return file;
     }
     return std::nullopt;
 }
 
 std::wstring readText(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    std::wstring wide = fromUtf8(text.str());
+    std::string reason;
+    std::wstring wide = fromUtf8(files::readFileText(file, reason).value_or(std::string()));
     while (!wide.empty() && (wide.back() == L'\n' || wide.back() == L'\r')) wide.pop_back();
     return wide;
 }

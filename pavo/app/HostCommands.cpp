@@ -1,6 +1,7 @@
 // The host's own commands.
 #include <filesystem>
 #include <functional>
+#include <optional>
 
 #include "base/CaseFold.h"
 #include "OxDbDatabase.h"
@@ -8,9 +9,11 @@
 #include "HelpTopics.h"
 #include "HostCommandSets.h"
 #include "Session.h"
+#include "base/PathText.h"
 #include "base/Utf8.h"
 #include "editor/Editor.h"
 #include "editor/SystemVariables.h"
+#include "files/UserPath.h"
 #include "oxed.h"
 
 namespace fs = std::filesystem;
@@ -28,39 +31,33 @@ bool askYesNo(const std::wstring& prompt, bool defaultYes) {
     return status == STATUS_NORMAL && answer.compareNoCase(L"Yes") == 0;
 }
 
-// Asks for a file name; empty when cancelled or nothing typed.
-std::wstring askFileName(const wchar_t* prompt) {
+// Asks for a file name; nullopt when cancelled or nothing named.
+std::optional<fs::path> askFileName(const wchar_t* prompt) {
     OxString name;
-    if (oxedGetString(1, prompt, name) != STATUS_NORMAL) return L"";
-    name.trim();
-    if (name.length() >= 2 && name.getAt(0) == L'"' && name.getAt(name.length() - 1) == L'"')
-        name = name.mid(1, name.length() - 2);
-    return name.str();
+    if (oxedGetString(1, prompt, name) != STATUS_NORMAL) return std::nullopt;
+    return files::userPath(name.view());
 }
 
 std::wstring drawingTitle(const OxDbDatabase* db) {
     if (!db || db->fileName().isEmpty()) return L"the drawing";
-    return fs::path(db->fileName().str()).filename().wstring();
-}
-
-// True when the current drawing may be replaced.
-bool mayDiscard(Session& s) {
-    const OxDbDatabase* db = s.database();
-    if (!db || !db->isModified()) return true;
-    return askYesNo(L"\nDiscard the changes to " + drawingTitle(db) + L"? [Yes/No] <No>: ", false);
+    return fileNameText(pathFromText(db->fileName().view()));
 }
 
 int saveAs(Session& s) {
-    std::wstring name = askFileName(L"\nSave drawing as: ");
-    if (name.empty()) return STATUS_CANCEL;
-    fs::path path(name);
-    if (!path.has_extension()) path += ".pvd";
+    const std::optional<fs::path> typed = askFileName(L"\nSave drawing as: ");
+    if (!typed) return STATUS_CANCEL;
+    if (files::namesFolder(*typed)) {
+        oxutPrintf(L"\n%ls is a folder; give the drawing a file name.", pathText(*typed));
+        s.saveFailed();
+        return STATUS_ERROR;
+    }
+    const fs::path path = files::withDefaultExtension(*typed, ".pvd");
     std::error_code ec;
     if (fs::exists(path, ec) &&
-        !askYesNo(L"\n" + path.wstring() + L" already exists. Replace it? [Yes/No] <No>: ", false))
+        !askYesNo(L"\n" + pathText(path) + L" already exists. Replace it? [Yes/No] <No>: ", false))
         return STATUS_CANCEL;
     if (!s.saveDrawing(path)) return STATUS_ERROR;
-    oxutPrintf(L"\nSaved %ls.", path.wstring());
+    oxutPrintf(L"\nSaved %ls.", pathText(path));
     return STATUS_NORMAL;
 }
 
@@ -68,38 +65,38 @@ int save(Session& s) {
     OxDbDatabase* db = s.database();
     if (!db) return STATUS_ERROR;
     if (db->fileName().isEmpty()) return saveAs(s);
-    const fs::path path(db->fileName().str());
+    const fs::path path = pathFromText(db->fileName().view());
+    // Another session (or program) saved the file since this one read or
+    // wrote it: replacing it would lose that work without a word.
+    if (s.changedOnDisk(path) &&
+        !askYesNo(L"\n" + pathText(path) +
+                      L" was changed on disk since it was opened or saved. Replace it? [Yes/No] <No>: ",
+                  false))
+        return STATUS_CANCEL;
     if (!s.saveDrawing(path)) return STATUS_ERROR;
-    oxutPrintf(L"\nSaved %ls.", path.wstring());
+    oxutPrintf(L"\nSaved %ls.", pathText(path));
     return STATUS_NORMAL;
 }
 
 int open(Session& s) {
-    if (!mayDiscard(s)) return STATUS_CANCEL;
-    const std::wstring name = askFileName(L"\nDrawing to open: ");
-    if (name.empty()) return STATUS_CANCEL;
-    if (!s.openDrawing(fs::path(name))) return STATUS_ERROR;
-    oxutPrintf(L"\nOpened %ls.", name);
+    if (!offerToSave(s)) return STATUS_CANCEL;
+    const std::optional<fs::path> typed = askFileName(L"\nDrawing to open: ");
+    if (!typed) return STATUS_CANCEL;
+    const fs::path path = files::drawingToOpen(*typed);
+    if (!s.openDrawing(path)) return STATUS_ERROR;
+    oxutPrintf(L"\nOpened %ls.", pathText(path));
     return STATUS_NORMAL;
 }
 
 int newDrawing(Session& s) {
-    if (!mayDiscard(s)) return STATUS_CANCEL;
+    if (!offerToSave(s)) return STATUS_CANCEL;
     s.newDrawing();
     oxutPrintf(L"\nStarted a new drawing.");
     return STATUS_NORMAL;
 }
 
 int quit(Session& s) {
-    OxDbDatabase* db = s.database();
-    if (db && db->isModified()) {
-        oxedInitGet(0, L"Yes No Cancel _Yes No Cancel");
-        OxString answer;
-        const std::wstring prompt = L"\nSave the changes to " + drawingTitle(db) + L"? [Yes/No/Cancel] <Cancel>: ";
-        const int status = oxedGetKword(prompt.c_str(), answer);
-        if (status != STATUS_NORMAL || answer.compareNoCase(L"Cancel") == 0) return STATUS_CANCEL;
-        if (answer.compareNoCase(L"Yes") == 0 && save(s) != STATUS_NORMAL) return STATUS_ERROR;
-    }
+    if (!offerToSave(s)) return STATUS_CANCEL;
     s.requestQuit();
     return STATUS_NORMAL;
 }
@@ -137,6 +134,16 @@ int help(Session& s) {
 }
 
 } // namespace
+
+bool offerToSave(Session& s) {
+    const OxDbDatabase* db = s.database();
+    if (!db || !db->isModified()) return true;
+    oxedInitGet(0, L"Yes No Cancel _Yes No Cancel");
+    OxString answer;
+    const std::wstring prompt = L"\nSave the changes to " + drawingTitle(db) + L"? [Yes/No/Cancel] <Cancel>: ";
+    if (oxedGetKword(prompt.c_str(), answer) != STATUS_NORMAL || answer.compareNoCase(L"Cancel") == 0) return false;
+    return answer.compareNoCase(L"No") == 0 || save(s) == STATUS_NORMAL;
+}
 
 void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostCommandFactory>>& owned) {
     Session* s = &session;

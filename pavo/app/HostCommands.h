@@ -53,6 +53,11 @@ private:
     std::wstring m_argument;
 };
 
+// Offers to save the drawing's changes before it goes (QUIT, OPEN, NEW,
+// the end of input at a terminal). True when it may go: it had no changes,
+// they were saved, or the user said No.
+bool offerToSave(Session& session);
+
 // Registers OPEN, NEW, SAVE, SAVEAS, QUIT, SETVAR, HELP and INITDIA.
 void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostCommandFactory>>& owned);
 

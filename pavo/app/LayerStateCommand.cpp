@@ -11,11 +11,13 @@
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
 #include "app/LayerStateTransfer.h"
+#include "base/PathText.h"
 #include "base/Utf8.h"
 #include "files/AtomicFile.h"
 #include "files/FileRead.h"
 #include "files/LayerStateFile.h"
 #include "files/TextFileLines.h"
+#include "files/UserPath.h"
 #include "oxed.h"
 
 namespace fs = std::filesystem;
@@ -157,23 +159,29 @@ void LayerStateCommand::exportState() {
     const std::wstring suggested = state->name + L".pls";
     const std::optional<std::wstring> typed = askText(L"\nEnter the file name to export to <" + suggested + L">: ");
     if (!typed) return;
-    fs::path path(typed->empty() ? suggested : *typed);
-    if (!path.has_extension()) path += L".pls";
-    std::error_code ec;
-    if (fs::exists(path, ec) && !confirm(L"\n" + path.wstring() + L" already exists. Replace it?")) return;
-    std::string error;
-    if (!files::replaceFileAtomically(path.string(), files::writeLayerStateDocument(*state), error)) {
-        oxutPrintf(L"\nCannot write %ls: %ls", path.wstring(), pavo::fromUtf8(error));
+    const std::optional<fs::path> named = files::userPath(typed->empty() ? suggested : *typed);
+    if (!named) return;
+    if (files::namesFolder(*named)) {
+        oxutPrintf(L"\n%ls is a folder; give the layer state file a name.", pathText(*named));
         return;
     }
-    oxutPrintf(L"\nLayer state \"%ls\" exported to %ls.", state->name, path.wstring());
+    const fs::path path = files::withDefaultExtension(*named, ".pls");
+    std::error_code ec;
+    if (fs::exists(path, ec) && !confirm(L"\n" + pathText(path) + L" already exists. Replace it?")) return;
+    std::string error;
+    if (!files::replaceFileAtomically(path, files::writeLayerStateDocument(*state), error)) {
+        oxutPrintf(L"\nCannot write the layer state: %ls", pavo::fromUtf8(error));
+        return;
+    }
+    oxutPrintf(L"\nLayer state \"%ls\" exported to %ls.", state->name, pathText(path));
 }
 
 void LayerStateCommand::importState() {
     const std::optional<std::wstring> typed = askText(L"\nEnter the layer state file to import: ");
-    if (!typed || typed->empty()) return;
-    fs::path path(*typed);
-    if (!path.has_extension()) path += L".pls";
+    if (!typed) return;
+    const std::optional<fs::path> named = files::userPath(*typed);
+    if (!named) return;
+    const fs::path path = files::withDefaultExtension(*named, ".pls");
     std::string reason;
     const std::optional<std::string> text = files::readFileText(path, reason);
     if (!text) {
@@ -183,7 +191,7 @@ void LayerStateCommand::importState() {
     std::wstring problem;
     const std::optional<files::LayerStateDocument> state = files::parseLayerStateDocument(*text, problem);
     if (!state) {
-        oxutPrintf(L"\n%ls: %ls", path.filename().wstring(), problem);
+        oxutPrintf(L"\n%ls: %ls", fileNameText(path), problem);
         return;
     }
     if (m_states->hasLayerState(state->name.c_str()) &&

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include "base/CaseFold.h"
+#include "base/PathText.h"
 #include "base/Utf8.h"
 #include "oxed.h"
 #include "win32compat.h"
@@ -16,7 +17,7 @@ namespace {
 ModuleLoader* g_instance = nullptr;
 
 std::wstring stemOf(const std::wstring& name) {
-    std::wstring file = fs::path(name).filename().wstring();
+    std::wstring file = fileNameText(pathFromText(name));
     const size_t dot = file.rfind(L'.');
     if (dot != std::wstring::npos && dot > 0) {
         const std::wstring_view ext = std::wstring_view(file).substr(dot);
@@ -42,12 +43,12 @@ ModuleLoader::~ModuleLoader() {
 ModuleLoader* ModuleLoader::instance() { return g_instance; }
 
 fs::path ModuleLoader::locate(const std::wstring& name) const {
-    const fs::path given(name);
+    const fs::path given = pathFromText(name);
     if (given.has_parent_path()) return given;
     const std::wstring stem = stemOf(name);
     for (const fs::path& dir : m_path) {
         for (const wchar_t* ext : {L".pvx", L".so"}) {
-            fs::path candidate = dir / (stem + ext);
+            fs::path candidate = dir / pathFromText(stem + ext);
             std::error_code ec;
             if (fs::is_regular_file(candidate, ec)) return candidate;
         }

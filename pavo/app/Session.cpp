@@ -13,6 +13,7 @@
 #include "OxDbServices.h"
 #include "ResourceLibraries.h"
 #include "SessionContext.h"
+#include "base/PathText.h"
 #include "base/Utf8.h"
 #include "db/DbStore.h"
 #include "editor/Editor.h"
@@ -86,7 +87,7 @@ Session::Session(SessionOptions options, std::unique_ptr<editor::InputSource> in
     editor::Editor::setCurrent(m_editor.get());
     m_variables->setWarningSink([](const std::wstring& text) { oxutPrintf(L"\n%ls", text); });
     for (const std::wstring& problem : m_variables->useSettingsFile(m_options.userSettingsFile))
-        oxutPrintf(L"\nIgnored in the settings file %ls: %ls", m_options.userSettingsFile.wstring(), problem);
+        oxutPrintf(L"\nIgnored in the settings file %ls: %ls", pathText(m_options.userSettingsFile), problem);
     m_loader = std::make_unique<ModuleLoader>(&m_commands);
     m_loader->setSearchPath(m_options.modulePath);
     if (!m_input->isTerminal()) m_documentData.stateFlags |= PavoDocumentData::kInputNotTerminal;
@@ -126,16 +127,19 @@ void Session::adoptDrawing(std::unique_ptr<OxDbDatabase> db) {
     editor::selection::forgetDrawing();
     oxdbHostApplicationServices()->setWorkingDatabase(db.get());
     m_db = std::move(db);
+    m_stamp.reset();
 }
 
 bool Session::openDrawing(const fs::path& path) {
     files::LoadError error;
-    std::unique_ptr<OxDbDatabase> db = files::readDrawingFile(path.string(), error);
+    files::FileStamp stamp;
+    std::unique_ptr<OxDbDatabase> db = files::readDrawingFile(path, error, &stamp);
     if (!db) {
         oxutPrintf(L"\nCannot open drawing: %s", error.message());
         return false;
     }
     adoptDrawing(std::move(db));
+    m_stamp = stamp;
     return true;
 }
 
@@ -157,13 +161,23 @@ void Session::newDrawing() { adoptDrawing(std::make_unique<OxDbDatabase>(true));
 bool Session::saveDrawing(const fs::path& path) {
     if (!m_db) return false;
     std::string error;
-    if (!files::writeDrawingFile(*m_db, path.string(), error)) {
+    files::FileStamp stamp;
+    if (!files::writeDrawingFile(*m_db, path, error, &stamp)) {
         oxutPrintf(L"\nCannot save drawing: %s", error);
+        saveFailed();
         return false;
     }
-    m_db->setFileName(path.wstring().c_str());
+    m_db->setFileName(pathText(path).c_str());
     m_db->setModified(false);
+    m_stamp = stamp;
     return true;
+}
+
+void Session::saveFailed() { setExitCode(kExitSaveFailed); }
+
+bool Session::changedOnDisk(const fs::path& path) const {
+    const std::optional<files::FileStamp> now = files::stampOf(path);
+    return m_stamp && now && !(*now == *m_stamp);
 }
 
 void Session::internalError(const std::wstring& what) {
@@ -177,7 +191,12 @@ int Session::run() {
         std::vector<std::wstring> names;
         for (const auto& e : m_commands.entries()) names.push_back(e.localName);
         const editor::InputLine line = m_editor->ask(L"\nCommand: ", names);
-        if (line.kind == editor::InputLine::End) break;
+        if (line.kind == editor::InputLine::End) {
+            // Ctrl-D at a terminal ends pavo as QUIT does, asking first
+            // when there are changes; a terminal that is gone cannot answer.
+            if (m_input->isTerminal() && m_output->stream().good() && !offerToSave(*this)) continue;
+            break;
+        }
         if (line.kind == editor::InputLine::Cancel) {
             editor::selection::clearPreselection();
             continue;

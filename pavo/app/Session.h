@@ -6,10 +6,12 @@
 #include <functional>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "CommandStore.h"
+#include "files/AtomicFile.h"
 #include "IPavoCommand.h"
 #include "editor/Input.h"
 
@@ -35,6 +37,7 @@ enum ExitCode : int {
     kExitScriptEnded = 3,      // the script ended inside a command
     kExitInternalError = 4,    // a leak or misuse found after a command, or an exception
     kExitModuleNotLoaded = 5,  // a configured module could not be loaded
+    kExitSaveFailed = 6,       // a save of the drawing failed
 };
 
 struct SessionOptions {
@@ -72,6 +75,12 @@ public:
     // Works on `db` from now on (benchmarks hand in generated drawings).
     void useDrawing(std::unique_ptr<OxDbDatabase> db);
     bool saveDrawing(const std::filesystem::path& path);
+    // Records a save that could not be done (the exit status becomes 6).
+    void saveFailed();
+    // True when the file at `path` is not the one this session last read or
+    // wrote there: another session or program saved it since (its identity,
+    // size or modification time differ). False for a file that is gone.
+    bool changedOnDisk(const std::filesystem::path& path) const;
     OxDbDatabase* database() const;
 
     // The read-eval loop; returns the exit status.
@@ -117,6 +126,7 @@ private:
     std::unique_ptr<ModuleLoader> m_loader;
     std::vector<std::unique_ptr<HostCommandFactory>> m_hostCommands;
     std::unique_ptr<OxDbDatabase> m_db;
+    std::optional<files::FileStamp> m_stamp; // of the drawing's file as last read or written
     PavoDocumentData m_documentData;
     std::wstring m_lastCommand;
     bool m_dialogRequested = false;

@@ -10,6 +10,7 @@
 #include "app/Session.h"
 #include "base/Utf8.h"
 #include "editor/Input.h"
+#include "files/UserPath.h"
 
 namespace fs = std::filesystem;
 using pavo::app::ExitCode;
@@ -24,7 +25,7 @@ int main(int argc, char** argv) {
     cli.add_flag("--no-dialogs", noDialogs, "Never show dialogs; commands use their command-line forms");
     cli.set_version_flag("--version", std::string("pavo ") + PAVO_VERSION);
     cli.footer("Exit status: 0 success, 1 bad options, 2 the drawing cannot be read, 3 the script ended inside a "
-               "command, 4 internal error, 5 a module could not be loaded.");
+               "command, 4 internal error, 5 a module could not be loaded, 6 a save failed.");
     try {
         cli.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -55,7 +56,7 @@ int main(int argc, char** argv) {
     pavo::app::Session session(std::move(options), std::move(input), std::cout);
     session.loadModules();
     if (!drawing.empty()) {
-        if (!session.openDrawing(fs::path(drawing))) return ExitCode::kExitBadDrawing;
+        if (!session.openDrawing(pavo::files::drawingToOpen(fs::path(drawing)))) return ExitCode::kExitBadDrawing;
     } else if (newDrawing) {
         session.newDrawing();
     } else if (!session.openSample()) {

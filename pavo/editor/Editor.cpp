@@ -53,7 +53,8 @@ InputLine Editor::askLine(const std::wstring& prompt, const std::vector<std::wst
         m_output->answered(L"*Cancel*", true);
         break;
     case InputLine::End:
-        m_inputEnded = true;
+        // A terminal goes on after Ctrl-D; a script or a pipe is used up.
+        if (!m_input->isTerminal()) m_inputEnded = true;
         break;
     }
     return line;

@@ -33,7 +33,8 @@ public:
     SystemVariables& variables() { return *m_variables; }
 
     // Prints `prompt` and reads one answer; echoes it in script mode. Once
-    // the input has ended every read returns End at once.
+    // a script's input has ended every read returns End at once (a
+    // terminal goes on after Ctrl-D).
     InputLine ask(const std::wstring& prompt, const std::vector<std::wstring>& completions = {});
     // True once the input source is used up.
     bool inputEnded() const { return m_inputEnded; }

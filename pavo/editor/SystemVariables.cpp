@@ -8,6 +8,7 @@
 #include "editor/NumberText.h"
 #include "editor/SystemVariableTable.h"
 #include "editor/UserSettings.h"
+#include "files/FileRead.h"
 #include "base/Utf8.h"
 
 namespace pavo::editor {
@@ -239,17 +240,10 @@ std::vector<std::wstring> SystemVariables::useSettingsFile(const std::filesystem
     std::vector<std::wstring> problems;
     std::error_code ec;
     if (!file.empty() && std::filesystem::exists(file, ec)) {
-        std::string text;
-        std::FILE* in = std::fopen(file.c_str(), "rb");
-        if (in) {
-            char buffer[4096];
-            for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, in)) > 0 && text.size() < (1u << 20);)
-                text.append(buffer, n);
-            std::fclose(in);
-        } else {
-            problems.push_back(L"the file cannot be read");
-        }
-        UserSettingsText parsed = parseUserSettings(text);
+        std::string reason;
+        const std::optional<std::string> text = files::readFileText(file, reason);
+        if (!text) problems.push_back(L"the file cannot be read: " + fromUtf8(reason));
+        UserSettingsText parsed = parseUserSettings(text ? *text : std::string());
         problems.insert(problems.end(), parsed.problems.begin(), parsed.problems.end());
         for (const UserSetting& setting : parsed.settings) {
             const std::optional<std::size_t> i = m_impl->find(setting.name.c_str());

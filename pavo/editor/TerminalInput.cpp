@@ -73,7 +73,9 @@ public:
         el_set(m_el, EL_PROMPT, &TerminalInput::promptText);
         el_set(m_el, EL_HIST, history, m_history);
         el_set(m_el, EL_GETCFN, readCharacter);
-        el_set(m_el, EL_ADDFN, "pavo-complete", "Complete the keyword", &TerminalInput::complete);
+        // The wide call keeps these names as given; the narrow one copies
+        // them and never frees the copies.
+        el_wset(m_el, EL_ADDFN, L"pavo-complete", L"Complete the keyword", &TerminalInput::complete);
         el_set(m_el, EL_BIND, "^I", "pavo-complete", nullptr);
         el_source(m_el, nullptr);
     }

@@ -2,10 +2,9 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-
 #include "base/Utf8.h"
 #include "editor/NumberText.h"
+#include "files/AtomicFile.h"
 
 namespace pavo::editor {
 
@@ -55,25 +54,10 @@ std::filesystem::path defaultUserSettingsFile() {
 bool writeUserSettings(const std::filesystem::path& file, const std::vector<UserSetting>& settings, std::string& error) {
     std::error_code ec;
     std::filesystem::create_directories(file.parent_path(), ec);
-    const std::filesystem::path temporary = file.string() + ".new";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        out << "# pavo settings kept between sessions: NAME=value\n";
-        for (const UserSetting& s : settings) out << toUtf8(s.name) << '=' << toUtf8(s.value) << '\n';
-        out.flush();
-        if (!out) {
-            error = "cannot write " + temporary.string();
-            std::filesystem::remove(temporary, ec);
-            return false;
-        }
-    }
-    std::filesystem::rename(temporary, file, ec);
-    if (ec) {
-        error = "cannot replace " + file.string() + ": " + ec.message();
-        std::filesystem::remove(temporary, ec);
-        return false;
-    }
-    return true;
+    std::string text = "# pavo settings kept between sessions: NAME=value\n";
+    for (const UserSetting& s : settings)
+        text += toUtf8(s.name) + '=' + toUtf8(s.value) + '\n';
+    return files::replaceFileAtomically(file, text, error, files::Backup::None);
 }
 
 } // namespace pavo::editor

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,15 +25,19 @@ struct LoadError {
 // Reads a drawing from JSON text. Returns null (and fills `error`) on the
 // first problem; a bad drawing is never half-loaded.
 std::unique_ptr<OxDbDatabase> readDrawing(std::string_view json, const std::string& fileName, LoadError& error);
-// Reads a drawing file and sets the database's file name.
-std::unique_ptr<OxDbDatabase> readDrawingFile(const std::string& path, LoadError& error);
+struct FileStamp;
+
+// Reads a drawing file and sets the database's file name. `read` gets the
+// stamp of the file read.
+std::unique_ptr<OxDbDatabase> readDrawingFile(const std::filesystem::path& path, LoadError& error,
+                                              FileStamp* read = nullptr);
 
 // The drawing as JSON text: deterministic, so that load then save reproduces it.
 std::string writeDrawing(const OxDbDatabase& db);
-// Saves atomically: a temporary file in the same folder is written and
-// synced, the previous file is kept as PATH.bak, then the temporary file is
-// renamed over PATH. On failure the old file is untouched and `error` says why.
-bool writeDrawingFile(const OxDbDatabase& db, const std::string& path, std::string& error);
+// Saves as files/AtomicFile.h saves, keeping the previous file as PATH.bak.
+// On failure the old file is untouched and `error` says why.
+bool writeDrawingFile(const OxDbDatabase& db, const std::filesystem::path& path, std::string& error,
+                      FileStamp* written = nullptr);
 
 // The sample drawing built into the program (resources/samples/building.pvd).
 std::string_view embeddedSampleDrawing();

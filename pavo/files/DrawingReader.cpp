@@ -9,7 +9,9 @@
 #include "OxDbLayout.h"
 #include "OxDbMaterial.h"
 #include "SymbolTableImpl.h"
+#include "base/PathText.h"
 #include "base/Utf8.h"
+#include "files/AtomicFile.h"
 #include "db/BlockNesting.h"
 #include "files/DrawingFormat.h"
 #include "files/EntityReader.h"
@@ -814,19 +816,21 @@ std::unique_ptr<OxDbDatabase> readDrawing(std::string_view json, const std::stri
     return readPadded(padded, fileName, error);
 }
 
-std::unique_ptr<OxDbDatabase> readDrawingFile(const std::string& path, LoadError& error) {
+std::unique_ptr<OxDbDatabase> readDrawingFile(const std::filesystem::path& path, LoadError& error, FileStamp* read) {
     InputFile file(path);
+    const std::string shownPath = toUtf8(pathText(path));
     const LargeHeapSteps steps(file.isOpen() ? file.size() : 0);
     simdjson::padded_string padded;
     std::string problem = file.problem();
     if (!file.isOpen() || !load(file, padded, problem)) {
-        error = LoadError{path, "", 0, 0, problem};
+        error = LoadError{shownPath, "", 0, 0, problem};
         return nullptr;
     }
-    auto db = readPadded(padded, path, error);
+    auto db = readPadded(padded, shownPath, error);
     if (db) {
-        db->setFileName(OxString::fromUtf8(path).kwszPtr());
+        db->setFileName(pathText(path).c_str());
         db->setModified(false);
+        if (read) *read = stampOf(file.status());
     }
     return db;
 }

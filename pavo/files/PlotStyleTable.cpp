@@ -4,8 +4,10 @@
 #include <unordered_set>
 
 #include "base/CaseFold.h"
+#include "base/PathText.h"
 #include "files/FileRead.h"
 #include "files/SupportFile.h"
+#include "files/UserPath.h"
 #include "files/TextFileLines.h"
 
 namespace pavo::files {
@@ -135,13 +137,12 @@ bool PavoPlotManager::LoadPlotStyleTable(const wchar_t* path, PavoPlotStyleTable
     table = nullptr;
     if (!path || !*path) return false;
     std::wstring problem;
-    table = pavo::files::readPlotStyleTable(std::filesystem::path(path), problem).release();
+    table = pavo::files::readPlotStyleTable(pavo::pathFromText(path), problem).release();
     return table != nullptr;
 }
 
 OxString searchPrintstylePath(const wchar_t* styleSheet, OxDbDatabase* db) {
     if (!styleSheet || !*styleSheet) return OxString();
-    std::filesystem::path name(styleSheet);
-    if (!name.has_extension()) name += L".pst";
-    return OxString(pavo::files::findSupportFile(name.wstring(), db).wstring());
+    const std::filesystem::path name = pavo::files::withDefaultExtension(pavo::pathFromText(styleSheet), ".pst");
+    return OxString(pavo::pathText(pavo::files::findSupportFile(pavo::pathText(name), db)));
 }

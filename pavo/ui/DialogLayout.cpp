@@ -1,12 +1,13 @@
 #include "ui/DialogLayout.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QUiLoader>
 #include <QWidget>
 #include <QXmlStreamReader>
 
 #include "app/ResourceLibraries.h"
+#include "base/PathText.h"
+#include "files/FileRead.h"
 
 namespace pavo::ui {
 
@@ -31,7 +32,7 @@ TopWidget topWidget(const QByteArray& xml) {
     return top;
 }
 
-QString layoutPath(const QString& resource, QString& error) {
+std::filesystem::path layoutPath(const QString& resource, QString& error) {
     const int slash = resource.indexOf(QLatin1Char('/'));
     if (slash <= 0 || slash == resource.size() - 1) {
         error = QStringLiteral("\"%1\" does not name a layout as Library/Layout.").arg(resource);
@@ -43,21 +44,22 @@ QString layoutPath(const QString& resource, QString& error) {
         error = QStringLiteral("The resource library %1 is not on the resource path.").arg(library);
         return {};
     }
-    return QString::fromStdWString((found->folder() / (resource.mid(slash + 1) + QStringLiteral(".ui")).toStdWString())
-                                       .wstring());
+    return found->folder() / pathFromText((resource.mid(slash + 1) + QStringLiteral(".ui")).toStdWString());
 }
 
 } // namespace
 
 QWidget* loadDialogForm(const QString& resource, const QString& dialogId, QWidget* parent, QString& error) {
-    const QString path = layoutPath(resource, error);
-    if (path.isEmpty()) return nullptr;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        error = QStringLiteral("The dialog layout %1 cannot be read.").arg(path);
+    const std::filesystem::path file = layoutPath(resource, error);
+    if (file.empty()) return nullptr;
+    const QString path = QString::fromStdWString(pathText(file));
+    std::string reason;
+    const std::optional<std::string> text = files::readFileText(file, reason);
+    if (!text) {
+        error = QStringLiteral("The dialog layout %1 cannot be read: %2.").arg(path, QString::fromStdString(reason));
         return nullptr;
     }
-    QByteArray xml = file.readAll();
+    QByteArray xml = QByteArray::fromStdString(*text);
     const TopWidget top = topWidget(xml);
     if (top.name != dialogId || top.classOffset < 0) {
         error = QStringLiteral("The dialog layout %1 holds no dialog %2.").arg(path, dialogId);
