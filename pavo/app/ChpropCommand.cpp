@@ -1,6 +1,5 @@
 // CHPROP: changes the colour, layer, linetype, lineweight, transparency,
 // plot style and material of selected objects.
-#include <cmath>
 #include <functional>
 #include <optional>
 #include <string>
@@ -14,6 +13,7 @@
 #include "OxDbSymbolTable.h"
 #include "PavoAcquireInput.h"
 #include "SelectedObjects.h"
+#include "db/LineWeights.h"
 #include "editor/ColorText.h"
 #include "editor/NumberText.h"
 #include "oxed.h"
@@ -23,8 +23,6 @@ namespace {
 
 constexpr const wchar_t* kProperties =
     L"Color LAyer LType LWeight TRansparency PStyle Material _Color LAyer LType LWeight TRansparency PStyle Material";
-constexpr int kLineweights[] = {0,  5,  9,  13, 15, 18,  20,  25,  30,  35,  40,  50,
-                                53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
 
 class Chprop {
 public:
@@ -142,8 +140,7 @@ void Chprop::lineweight() {
         else if (*answer == L"ByBlock") weight = OxDb::kLnWtByBlock;
         else if (*answer == L"Default") weight = OxDb::kLnWtByLwDefault;
         else if (const std::optional<double> mm = editor::parseReal(*answer))
-            for (int w : kLineweights)
-                if (std::lround(*mm * 100.0) == w && std::abs(*mm * 100.0 - w) < 0.01) weight = static_cast<OxDb::LineWeight>(w);
+            weight = db::standardLineWeightOfMillimetres(*mm);
         if (weight) return apply([&](OxDbEntity& e) { e.setLineWeight(*weight); });
         oxutPrintf(L"\nInvalid lineweight: give a standard one such as 0.25 or 0.50 (millimetres), ByLayer, ByBlock or "
                    L"Default.");

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "OxCmColor.h"
+#include "base/ColorNames.h"
 
 namespace {
 
@@ -199,7 +200,6 @@ const wchar_t* OxCmColor::bookName() const {
 }
 
 OxString OxCmColor::colorNameForDisplay() const {
-    static const wchar_t* const kNames[] = {L"red", L"yellow", L"green", L"cyan", L"blue", L"magenta", L"white"};
     if (hasBookName()) return OxString(colorName());
     switch (m_method) {
     case OxCmEntityColor::kByLayer:
@@ -211,6 +211,6 @@ OxString OxCmColor::colorNameForDisplay() const {
     default:
         break;
     }
-    if (m_index >= 1 && m_index <= 7) return OxString(kNames[m_index - 1]);
+    if (const wchar_t* name = pavo::standardColorName(m_index)) return OxString(name);
     return OxString(std::to_wstring(static_cast<std::int16_t>(m_index))); // a typed negative index shows its sign
 }

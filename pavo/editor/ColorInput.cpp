@@ -8,7 +8,7 @@
 
 #include "OxDbServices.h"
 #include "PavoAcquireInput.h"
-#include "base/CaseFold.h"
+#include "base/ColorNames.h"
 #include "editor/AcquireQuestion.h"
 #include "editor/ColorText.h"
 #include "editor/Keywords.h"
@@ -20,7 +20,6 @@
 namespace pavo::editor {
 namespace {
 
-constexpr const wchar_t* kColorNames[] = {L"red", L"yellow", L"green", L"cyan", L"blue", L"magenta", L"white"};
 constexpr const wchar_t* kDefaultPrompt = L"\nEnter a colour name or number (1-255) [Truecolor/COlorbook]: ";
 constexpr const wchar_t* kRgbPrompt = L"\nRed, Green, Blue: ";
 constexpr const wchar_t* kBookPrompt = L"\nEnter Color Book name: ";
@@ -56,7 +55,7 @@ private:
 int ColorQuestion::run(OxCmColor& color) {
     if (!m_question.ready()) return STATUS_ERROR;
     std::vector<std::wstring> completions = m_keywords.local();
-    completions.insert(completions.end(), std::begin(kColorNames), std::end(kColorNames));
+    completions.insert(completions.end(), pavo::kStandardColorNames.begin(), pavo::kStandardColorNames.end());
     for (;;) {
         const AcquireQuestion::Answer answer = m_question.ask(m_prompt, completions);
         if (answer.kind == AcquireQuestion::Answer::Enter) return STATUS_NONE;

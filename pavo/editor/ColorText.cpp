@@ -4,13 +4,12 @@
 
 #include "PavoAcquireInput.h"
 #include "base/CaseFold.h"
+#include "base/ColorNames.h"
 #include "editor/NumberText.h"
 
 namespace pavo::editor {
 
 namespace {
-
-constexpr const wchar_t* kColorNames[] = {L"red", L"yellow", L"green", L"cyan", L"blue", L"magenta", L"white"};
 
 // "r,g,b", each 0 to 255.
 std::optional<OxCmColor> rgbColor(std::wstring_view text) {
@@ -41,8 +40,7 @@ std::optional<OxCmColor> parseColorText(std::wstring_view text, unsigned short o
         if (*n == 256 && allows(In::kAllowByLayer)) return OxCmColor::byLayer();
         return std::nullopt;
     }
-    for (std::uint16_t i = 0; i < 7; ++i)
-        if (pavo::equalNoCase(answer, kColorNames[i])) return OxCmColor::fromIndex(static_cast<std::uint16_t>(i + 1));
+    if (const std::optional<std::uint16_t> index = pavo::standardColorIndex(answer)) return OxCmColor::fromIndex(*index);
     if (allows(In::kAllowByLayer) && pavo::equalNoCase(answer, L"ByLayer")) return OxCmColor::byLayer();
     if (allows(In::kAllowByBlock) && pavo::equalNoCase(answer, L"ByBlock")) return OxCmColor::byBlock();
     if (rgb) return rgbColor(answer);

@@ -5,6 +5,7 @@
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
 #include "PavoAcquireInput.h"
+#include "db/LineWeights.h"
 #include "editor/ColorText.h"
 #include "editor/SystemVariableTable.h"
 
@@ -84,10 +85,7 @@ std::wstring writeCepstyle(OxDbDatabase& db, const SysVarValue& value) {
 
 // The standard lineweights and -1 ByLayer, -2 ByBlock, -3 Default.
 std::wstring checkCelweight(const SysVarValue& value) {
-    static const long long kWeights[] = {-3, -2, -1, 0,  5,  9,  13, 15, 18,  20,  25,  30,  35, 40,
-                                         50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
-    for (long long w : kWeights)
-        if (std::get<long long>(value) == w) return {};
+    if (db::isEntityLineWeight(std::get<long long>(value))) return {};
     return L"Value must be -1 (ByLayer), -2 (ByBlock), -3 (Default) or a standard lineweight in hundredths of a "
            L"millimetre.";
 }

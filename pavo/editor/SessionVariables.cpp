@@ -1,7 +1,5 @@
 // System variables kept for the session.
-#include <algorithm>
-#include <array>
-
+#include "db/LineWeights.h"
 #include "editor/SystemVariableTable.h"
 
 namespace pavo::editor {
@@ -10,12 +8,9 @@ namespace {
 using Type = SystemVariables::Type;
 using Storage = SystemVariables::Storage;
 
-constexpr std::array<int, 24> kLineweights = {0,  5,  9,  13, 15, 18,  20,  25,  30,  35,  40,  50,
-                                              53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
-
 std::wstring checkLineweight(const SysVarValue& value) {
     const long long* weight = std::get_if<long long>(&value);
-    if (weight && std::find(kLineweights.begin(), kLineweights.end(), *weight) != kLineweights.end()) return {};
+    if (weight && db::isStandardLineWeight(*weight)) return {};
     return L"Value must be a standard lineweight: 0, 5, 9, 13, 15, 18, 20, 25, 30, 35, 40, 50, 53, 60, 70, 80, "
            L"90, 100, 106, 120, 140, 158, 200 or 211.";
 }

@@ -1,9 +1,9 @@
 #include "files/DrawingFormat.h"
 
-#include <algorithm>
 #include <array>
 
 #include "OxDbEntity.h"
+#include "db/LineWeights.h"
 
 namespace pavo::files {
 namespace {
@@ -39,9 +39,7 @@ EntityType entityTypeOf(const OxDbEntity& entity) {
 }
 
 bool isValidLineWeight(long long value) {
-    static constexpr int kWeights[] = {-3, -2, -1, 0,  5,  9,  13,  15,  18,  20,  25,  30,  35, 40,
-                                       50, 53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
-    return std::find(std::begin(kWeights), std::end(kWeights), value) != std::end(kWeights);
+    return db::isEntityLineWeight(value);
 }
 
 } // namespace pavo::files

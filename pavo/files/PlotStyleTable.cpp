@@ -4,7 +4,9 @@
 #include <unordered_set>
 
 #include "base/CaseFold.h"
+#include "base/ColorNames.h"
 #include "base/PathText.h"
+#include "db/LineWeights.h"
 #include "files/FileRead.h"
 #include "files/SupportFile.h"
 #include "files/UserPath.h"
@@ -16,20 +18,15 @@ namespace {
 constexpr std::wstring_view kHeader = L"pavo plot style table 1";
 constexpr std::wstring_view kObject = L"object"; // use the object's own value
 
-constexpr int kLineWeights[] = {0,  5,  9,  13, 15, 18,  20,  25,  30,  35,  40,  50,
-                                53, 60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211};
-
 bool readColor(const std::wstring& text, OxCmColor& color) {
-    static const wchar_t* const kNames[] = {L"red", L"yellow", L"green", L"cyan", L"blue", L"magenta", L"white"};
     if (pavo::equalNoCase(text, kObject)) {
         color = OxCmColor::byLayer();
         return true;
     }
-    for (std::uint16_t i = 0; i < 7; ++i)
-        if (pavo::equalNoCase(text, kNames[i])) {
-            color = OxCmColor::fromIndex(static_cast<std::uint16_t>(i + 1));
-            return true;
-        }
+    if (const std::optional<std::uint16_t> index = pavo::standardColorIndex(text)) {
+        color = OxCmColor::fromIndex(*index);
+        return true;
+    }
     if (const std::optional<long long> index = parseIntegerField(text)) {
         if (*index < 1 || *index > 255) return false;
         color = OxCmColor::fromIndex(static_cast<std::uint16_t>(*index));
@@ -50,13 +47,9 @@ bool readLineWeight(const std::wstring& text, OxDb::LineWeight& weight) {
     }
     const std::optional<double> mm = parseRealField(text);
     if (!mm) return false;
-    const double hundredths = *mm * 100.0;
-    for (int standard : kLineWeights)
-        if (std::abs(hundredths - standard) < 0.01) {
-            weight = static_cast<OxDb::LineWeight>(standard);
-            return true;
-        }
-    return false;
+    const std::optional<OxDb::LineWeight> standard = db::standardLineWeightOfMillimetres(*mm);
+    if (standard) weight = *standard;
+    return standard.has_value();
 }
 
 // One style line; the problem text when it is malformed.
