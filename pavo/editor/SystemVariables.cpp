@@ -243,21 +243,27 @@ std::vector<std::wstring> SystemVariables::useSettingsFile(const std::filesystem
         std::string reason;
         const std::optional<std::string> text = files::readFileText(file, reason);
         if (!text) problems.push_back(L"the file cannot be read: " + fromUtf8(reason));
-        UserSettingsText parsed = parseUserSettings(text ? *text : std::string());
-        problems.insert(problems.end(), parsed.problems.begin(), parsed.problems.end());
-        for (const UserSetting& setting : parsed.settings) {
-            const std::optional<std::size_t> i = m_impl->find(setting.name.c_str());
-            if (!i || m_impl->rows[*i].definition.storage != Storage::User) {
-                problems.push_back(L"line " + std::to_wstring(setting.line) + L": " + setting.name +
-                                   L" is not a setting kept between sessions");
-                continue;
-            }
-            std::wstring why;
-            if (setFromText(setting.name.c_str(), setting.value, &why) != STATUS_NORMAL)
-                problems.push_back(L"line " + std::to_wstring(setting.line) + L": " + setting.name + L": " + why);
-        }
+        const std::vector<std::wstring> applied = applyUserSettings(text ? *text : std::string());
+        problems.insert(problems.end(), applied.begin(), applied.end());
     }
     m_impl->settingsFile = file;
+    return problems;
+}
+
+std::vector<std::wstring> SystemVariables::applyUserSettings(std::string_view text) {
+    UserSettingsText parsed = parseUserSettings(text);
+    std::vector<std::wstring> problems = std::move(parsed.problems);
+    for (const UserSetting& setting : parsed.settings) {
+        const std::optional<std::size_t> i = m_impl->find(setting.name.c_str());
+        if (!i || m_impl->rows[*i].definition.storage != Storage::User) {
+            problems.push_back(L"line " + std::to_wstring(setting.line) + L": " + setting.name +
+                               L" is not a setting kept between sessions");
+            continue;
+        }
+        std::wstring why;
+        if (setFromText(setting.name.c_str(), setting.value, &why) != STATUS_NORMAL)
+            problems.push_back(L"line " + std::to_wstring(setting.line) + L": " + setting.name + L": " + why);
+    }
     return problems;
 }
 

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "OxString.h"
@@ -56,6 +57,9 @@ public:
     // there from now on (an empty path: for this session only). Returns
     // what was wrong in the file, one line each; those lines are ignored.
     std::vector<std::wstring> useSettingsFile(const std::filesystem::path& file);
+    // Sets the user variables named in `text`, a settings file's content;
+    // what was wrong, one line each, as for useSettingsFile.
+    std::vector<std::wstring> applyUserSettings(std::string_view text);
     // Where a failure to keep a user variable is reported.
     void setWarningSink(std::function<void(const std::wstring&)> sink);
 
