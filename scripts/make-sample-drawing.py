@@ -199,6 +199,39 @@ model += [
     ent("point", "NOTE#1", p=[19000, 14000]),
 ]
 
+# Objects that no longer follow their layer, for SETBYLAYER: explicit
+# colours, lineweights, linetypes, a transparency, a plot style and a
+# material, ByBlock values outside any block, and a dining set whose block
+# nests chairs drawn ByBlock. Their handles come after every other one, like
+# the layers above.
+def byblock(e):
+    e.update(c="byblock", lt=lt["ByBlock"], lw=-2, tr="byblock")
+    return e
+
+B["CHAIR"], B["DINING"] = h(), h()
+chair = [byblock(ent("polyline", "0", v=rect(0, 0, 450, 450), closed=True)),
+         ent("line", "0", s=[0, 450], e=[450, 450], c="byblock", lw=-2)]
+dining = [ent("polyline", "0", v=rect(0, 0, 1600, 900), closed=True, c=30, lw=35)]
+for cx in (400, 1200):  # two chairs on each long side, backs away from the table
+    for p, rot in (([cx + 225, -50], math.pi), ([cx - 225, 950], 0)):
+        chair_ref = ent("insert", "0", b=B["CHAIR"], p=p, c="byblock", lw=-2)
+        if rot: chair_ref["rot"] = rot
+        dining.append(chair_ref)
+blocks += [
+    {"h": B["CHAIR"], "name": "CHAIR", "comments": "Dining chair 450 x 450, drawn ByBlock", "entities": chair},
+    {"h": B["DINING"], "name": "DINING", "comments": "Table 1600 x 900 with four CHAIR references",
+     "entities": dining},
+]
+model += [
+    ent("insert", "A-FURN", b=B["DINING"], p=[9700, 3050], c=1, lw=35),
+    ent("insert", "A-FURN", b=B["CHAIR"], p=[6000, 2800], c="byblock"),
+    ent("line", "A-WALL", s=[18000, 6000], e=[18000, 7500], c=1, lw=70),
+    ent("circle", "E-LITE", p=[17500, 10500], r=150, c={"rgb": [255, 200, 0]}, tr={"alpha": 128}),
+    ent("polyline", "M-HVAC", v=[[13000, 11000], [13000, 9800]], w=50, lt=lt["Continuous"], lw=50,
+        ps=ps["Thick"], m=materials[2]["h"]),
+    ent("text", "A-ANNO-TEXT", p=[9700, 5000], txt="DINING", ht=250, c="byblock"),
+]
+
 drawing = {
     "format": "pavo-drawing", "version": 1,
     "header": {"clayer": L["0"], "celtype": lt["ByLayer"], "cecolor": "bylayer", "celweight": -1, "tilemode": 1,

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian 12 packages pavo needs to build, test and run.
-# Does nothing when they are all present.
+# Does nothing when they are all present. With --screenshots, also what
+# scripts/dialog-screenshot.sh needs.
 set -euo pipefail
 
 packages=(
@@ -10,6 +11,9 @@ packages=(
   qtbase5-dev qttools5-dev
   clang libclang-rt-14-dev
 )
+# An X server without a screen, for pictures of dialogs as a display shows them.
+screenshot_packages=(xvfb)
+[ "${1:-}" = "--screenshots" ] && packages+=("${screenshot_packages[@]}")
 
 missing=()
 for p in "${packages[@]}"; do

@@ -45,7 +45,7 @@ TEST(DrawingFiles, SampleLoadsWithItsContent) {
     EXPECT_EQ(detail->number(), 3);
     EXPECT_TRUE(detail->isLayerFrozenInViewport(layerNamed(*db, L"A-FURN")));
     EXPECT_EQ(plan->activeViewportId(), viewports[1]);
-    EXPECT_EQ(peek<OxDbBlockTableRecord>(db->modelSpaceId())->numEntities(), 59);
+    EXPECT_EQ(peek<OxDbBlockTableRecord>(db->modelSpaceId())->numEntities(), 65);
 }
 
 TEST(DrawingFiles, LoadSaveLoadSaveIsStable) {

@@ -2,6 +2,7 @@
 // properties, block definitions and references, read back after a run.
 #pragma once
 
+#include <cstdlib>
 #include <functional>
 
 #include "OxDbMaterial.h"
@@ -72,6 +73,14 @@ inline void changeEntity(const OxDbObjectId& id, const std::function<void(OxDbEn
     ASSERT_EQ(oxdbOpenObject(entity, id, OxDb::kForWrite), Ox::eOk);
     change(*entity);
     entity->close();
+}
+
+// Sessions that may show dialogs, on Qt's offscreen platform.
+inline pavo::app::SessionOptions dialogOptions() {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    pavo::app::SessionOptions options = pavotest::testSessionOptions();
+    options.noDialogs = false;
+    return options;
 }
 
 // The regeneration requests recorded in the drawing.

@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 
+#include "DocExamples.h"
 #include "RunPavo.h"
 #include "base/Utf8.h"
 #include "editor/SystemVariables.h"
@@ -17,14 +16,6 @@ using pavotest::ScriptedSession;
 using namespace setbylayertest;
 
 namespace {
-
-// Sessions that may show dialogs, on the offscreen platform.
-pavo::app::SessionOptions dialogOptions() {
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    pavo::app::SessionOptions options = pavotest::testSessionOptions();
-    options.noDialogs = false;
-    return options;
-}
 
 std::string mode(ScriptedSession& s) { return pavo::toUtf8(s.session().variables().valueText(L"SETBYLAYERMODE")); }
 
@@ -60,7 +51,12 @@ TEST(SetByLayerDialog, PlotStyleUnderColourStylesAndMaterialAreDisabledAndClicks
     modelLine(s.database(), 0, 0);
     ASSERT_EQ(s.run(), 0) << s.transcript();
     const std::string out = s.transcript();
-    // Bit 16 is set (255) but the box is off and disabled; material shows bit 8.
+    // 255 checks every box it shows; each gets its bit's own value (128 for
+    // transparency), which any non-zero value must check.
+    for (const char* box : {"COLOR \"Color\"", "LINETYPE \"Linetype\"", "LINEWIDTH \"Lineweight\"",
+                            "TRANSPARENCY \"Transparency\""})
+        EXPECT_NE(out.find(std::string("IDC_SETBYLAYER_") + box + ": checked\n"), std::string::npos) << box;
+    // Bit 16 is set too, but the box is off and disabled; material shows bit 8.
     EXPECT_NE(out.find("IDC_SETBYLAYER_PRINTSTYLE \"Plot style\": unchecked, disabled"), std::string::npos) << out;
     EXPECT_NE(out.find("IDC_SETBYLAYER_MATERIAL \"Material\": checked, disabled"), std::string::npos);
     EXPECT_NE(out.find("@click IDC_SETBYLAYER_PRINTSTYLE\nIDC_SETBYLAYER_PRINTSTYLE is disabled; nothing changed."),
@@ -175,7 +171,10 @@ pavotest::PavoRun runReportingLibraries(const std::string& script, bool offscree
     pavotest::TempFolder folder;
     folder.write("script.scr", script);
     setenv("LD_DEBUG", "files", 1);
-    if (offscreen) setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    if (offscreen)
+        setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    else
+        unsetenv("QT_QPA_PLATFORM");
     const char* display = std::getenv("DISPLAY");
     const std::string savedDisplay = display ? display : "";
     unsetenv("DISPLAY");
@@ -206,14 +205,9 @@ TEST(SetByLayerDialog, QtIsLoadedOnlyWhenADialogIsShown) {
 }
 
 TEST(SetByLayerDialog, TheCommandLineDocumentsExampleIsWhatPavoPrints) {
-    std::ifstream in(std::string(PAVO_TEST_RESOURCE_DIR) + "/../docs/command-line.md");
-    std::stringstream doc;
-    doc << in.rdbuf();
-    const std::string text = doc.str();
-    const size_t start = text.find("```text\nCommand: SETBYLAYER\n");
-    ASSERT_NE(start, std::string::npos);
-    const size_t from = start + 8, end = text.find("```", from);
-    const std::string example = text.substr(from, end - from);
+    const std::string example =
+        pavotest::textBlockStartingWith(pavotest::repositoryFile("docs/command-line.md"), "Command: SETBYLAYER");
+    ASSERT_FALSE(example.empty());
     ScriptedSession s({"SETBYLAYER", "S", "@check IDC_SETBYLAYER_COLOR off", "@ok", "^C"}, Drawing::New,
                       dialogOptions());
     ASSERT_EQ(s.run(), 0);

@@ -295,3 +295,25 @@ TEST(SetByLayer, SettingsWithoutADisplaySayWhyAndTheSelectionGoesOn) {
         << s.transcript();
     EXPECT_NE(s.transcript().find("\n1 object(s) modified."), std::string::npos);
 }
+
+TEST(SetByLayer, EachWayOfEndingReturnsItsStatus) {
+    struct Case {
+        std::vector<std::string> lines;
+        int status;
+    };
+    const Case cases[] = {
+        {{"SETBYLAYER", "ALL", "", "", ""}, STATUS_NORMAL},
+        {{"SETBYLAYER", "^C"}, STATUS_FAIL},                          // selection cancelled
+        {{"SETBYLAYER", ""}, STATUS_FAIL},                            // nothing selected
+        {{"SETBYLAYER", "ALL", "", "^C"}, STATUS_NORMAL},             // a question cancelled
+        {{"SETBYLAYERMODE", "0", "SETBYLAYER", "ALL", ""}, STATUS_NONE}, // no properties
+    };
+    for (const Case& c : cases) {
+        std::vector<std::string> lines = c.lines;
+        lines.push_back("^C"); // ends a script left inside the command
+        ScriptedSession s(lines, Drawing::New);
+        modelLine(s.database(), 0, 0, [](OxDbLine& l) { l.setColorIndex(1); });
+        s.run();
+        EXPECT_EQ(s.session().lastCommandStatus(), c.status) << s.transcript();
+    }
+}

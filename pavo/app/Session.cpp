@@ -267,9 +267,10 @@ void Session::runCommand(const CommandStore::Entry& entry) {
     {
         SessionContext context(*this, dialog);
         IPavoBuildInCommand* command = nullptr;
+        m_lastCommandStatus = STATUS_ERROR;
         try {
             command = factory->create();
-            if (command) command->execute(&context);
+            if (command) m_lastCommandStatus = command->execute(&context);
         } catch (const std::exception& e) {
             internalError(entry.globalName + L" failed: " + fromUtf8(e.what()));
         } catch (...) {

@@ -107,6 +107,9 @@ public:
     // The next command asks for its dialog (INITDIA).
     void requestDialogForNextCommand() { m_dialogRequested = true; }
     int regenerateRequests() const { return m_regenerateRequests; }
+    // What the last command's execute returned (STATUS_NORMAL, STATUS_NONE,
+    // STATUS_FAIL, ...); STATUS_ERROR when it threw.
+    int lastCommandStatus() const { return m_lastCommandStatus; }
 
     static Session* current();
 
@@ -134,6 +137,7 @@ private:
     bool m_quit = false;
     int m_exitCode = kExitOk;
     int m_regenerateRequests = 0;
+    int m_lastCommandStatus = STATUS_NONE;
 };
 
 } // namespace pavo::app
