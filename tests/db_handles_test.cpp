@@ -13,7 +13,7 @@
 
 TEST(HandleSeed, ASeedAtTheTopOfTheRangeGoesOnWithFreeHandles) {
     auto db = pavo::files::test::loadOrFail(
-        pavo::files::test::sampleWith("\"handseed\":\"8B\"", "\"handseed\":\"FFFFFFFFFFFFFFFF\""));
+        pavo::files::test::sampleWith(pavo::files::test::sampleHandseedEntry(), "\"handseed\":\"FFFFFFFFFFFFFFFF\""));
     ASSERT_TRUE(db);
     std::set<std::uint64_t> handles;
     for (int i = 0; i < 3; ++i) {
@@ -21,8 +21,9 @@ TEST(HandleSeed, ASeedAtTheTopOfTheRangeGoesOnWithFreeHandles) {
         ASSERT_FALSE(id.isNull());
         handles.insert(id.handle().value());
     }
-    // The sample's handles run from 1 to 8A.
-    EXPECT_EQ(handles, (std::set<std::uint64_t>{0xFFFFFFFFFFFFFFFF, 0x8B, 0x8C}));
+    // The sample's handles run from 1 to one below its seed.
+    const std::uint64_t seed = pavo::files::test::sampleHandseed();
+    EXPECT_EQ(handles, (std::set<std::uint64_t>{0xFFFFFFFFFFFFFFFF, seed, seed + 1}));
     // Saved and read again, the drawing is the same.
     const std::string saved = pavo::files::writeDrawing(*db);
     auto again = pavo::files::test::loadOrFail(saved);
@@ -32,7 +33,7 @@ TEST(HandleSeed, ASeedAtTheTopOfTheRangeGoesOnWithFreeHandles) {
 
 TEST(HandleSeed, CommandsDrawAfterASeedAtTheTop) {
     pavotest::TempFolder dir;
-    dir.write("top.pvd", pavo::files::test::sampleWith("\"handseed\":\"8B\"", "\"handseed\":\"FFFFFFFFFFFFFFFF\""));
+    dir.write("top.pvd", pavo::files::test::sampleWith(pavo::files::test::sampleHandseedEntry(), "\"handseed\":\"FFFFFFFFFFFFFFFF\""));
     pavotest::ScriptedSession s({"LINE", "0,0", "1,1", "", "LINE", "0,0", "2,2", "", "CIRCLE", "5,5", "1"},
                                 pavotest::Drawing::None);
     ASSERT_TRUE(s.session().openDrawing(dir.path("top.pvd")));

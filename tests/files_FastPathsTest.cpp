@@ -48,11 +48,7 @@ TEST(DrawingFastPaths, ReferencesOfTheWrongClassAreRefusedBackAndForward) {
 }
 
 TEST(DrawingFastPaths, AWildHandleSeedIsKeptWithoutReservingForIt) {
-    const std::string sample(embeddedSampleDrawing());
-    const size_t at = sample.find("\"handseed\":\"");
-    ASSERT_NE(at, std::string::npos);
-    const std::string seed = sample.substr(at, sample.find('"', at + 12) + 1 - at); // "handseed":"..."
-    auto db = loadOrFail(sampleWith(seed, "\"handseed\":\"FFFFFFFFFFFF\""));
+    auto db = loadOrFail(sampleWith(sampleHandseedEntry(), "\"handseed\":\"FFFFFFFFFFFF\""));
     ASSERT_TRUE(db);
     EXPECT_EQ(db->handseed(), 0xFFFFFFFFFFFFu);
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -24,6 +25,21 @@ inline std::string sampleWith(std::string_view from, std::string_view to) {
     EXPECT_NE(at, std::string::npos) << from;
     if (at != std::string::npos) text.replace(at, from.size(), to);
     return text;
+}
+
+// The sample drawing's header entry "handseed":"..." (it moves as objects
+// are added to the sample), and its value.
+inline std::string sampleHandseedEntry() {
+    const std::string_view text = embeddedSampleDrawing();
+    const size_t at = text.find("\"handseed\":\"");
+    EXPECT_NE(at, std::string::npos);
+    if (at == std::string::npos) return {};
+    return std::string(text.substr(at, text.find('"', at + 12) + 1 - at));
+}
+
+inline std::uint64_t sampleHandseed() {
+    const std::string entry = sampleHandseedEntry();
+    return entry.size() > 13 ? std::stoull(entry.substr(12, entry.size() - 13), nullptr, 16) : 0;
 }
 
 } // namespace pavo::files::test
