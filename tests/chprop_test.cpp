@@ -52,6 +52,21 @@ TEST(Chprop, ObjectsOnLockedLayersAreLeftAndCounted) {
     EXPECT_NE(s.transcript().find("The drawing uses colour-dependent plot styles"), std::string::npos);
 }
 
+TEST(Chprop, AnUnknownPlotStyleIsRefusedBeforeAnyObjectIsOpened) {
+    ScriptedSession s({"CHPROP", "ALL", "", "PStyle", "Nowhere", "Normal", ""}, Drawing::New);
+    OxDbDatabase* db = s.database();
+    layertest::addLayer(db, L"LOCKED", [](OxDbLayerTableRecord& l) { l.setIsLocked(true); });
+    const OxDbObjectId free = modelLine(db, 0, 0);
+    modelLine(db, 5, 5, [&](OxDbLine& l) { l.setLayer(layerId(db, L"LOCKED")); });
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    // The refused name reached no object: the locked one is reported once, for Normal.
+    EXPECT_EQ(countOf(s.transcript(), "on a locked layer were not changed"), 1) << s.transcript();
+    EXPECT_NE(s.transcript().find("Plot style \"Nowhere\" is not in the drawing."), std::string::npos);
+    OxDbObjectId style;
+    EXPECT_EQ(readEntity<int>(free, [&](const OxDbEntity& e) { return int(e.getPlotStyleNameId(style)); }),
+              OxDb::kPlotStyleNameById);
+}
+
 TEST(CurrentProperties, NewObjectsTakeThemAndTheDrawingKeepsThem) {
     ScriptedSession s({"CECOLOR", "blue", "CELWEIGHT", "26", "50", "CETRANSPARENCY", "ByBlock", "CEPSTYLE", "Thick",
                        "Normal", "CECOLOR", "0,128,255", "LINE", "0,0", "10,0", "", "LIST", "5,0", ""},

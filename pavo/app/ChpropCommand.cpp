@@ -30,11 +30,18 @@ public:
     int run();
 
 private:
+    using Change = std::function<void(OxDbEntity&)>;
     // Applies `change` to every object; those on locked layers are counted
     // and reported.
-    void apply(const std::function<void(OxDbEntity&)>& change);
+    void apply(const Change& change);
     // Asks `prompt`; Enter keeps the objects as they are (nullopt).
     std::optional<std::wstring> ask(const wchar_t* prompt, const wchar_t* keywords);
+    // Asks `prompt` until `changeFor` makes a change of an answer, and
+    // applies it; an answer it cannot use is refused with `refusal` and
+    // asked again. Enter or Escape changes nothing.
+    void askAndApply(const wchar_t* prompt, const wchar_t* keywords,
+                     const std::function<std::optional<Change>(const std::wstring&)>& changeFor,
+                     const std::function<std::wstring(const std::wstring&)>& refusal);
     void color();
     void layer();
     void linetype();
@@ -67,7 +74,7 @@ int Chprop::run() {
     }
 }
 
-void Chprop::apply(const std::function<void(OxDbEntity&)>& change) {
+void Chprop::apply(const Change& change) {
     int locked = 0;
     for (const OxDbObjectId& id : m_ids) {
         OxDbEntity* entity = nullptr;
@@ -116,46 +123,62 @@ void Chprop::layer() {
     }
 }
 
-void Chprop::linetype() {
+void Chprop::askAndApply(const wchar_t* prompt, const wchar_t* keywords,
+                         const std::function<std::optional<Change>(const std::wstring&)>& changeFor,
+                         const std::function<std::wstring(const std::wstring&)>& refusal) {
     for (;;) {
-        const std::optional<std::wstring> name =
-            ask(L"\nEnter new linetype name or [ByLayer/ByBlock] <keep>: ", L"ByLayer ByBlock _ByLayer ByBlock");
-        if (!name) return;
-        std::optional<OxDbObjectId> id;
-        if (*name == L"ByLayer") id = m_db.byLayerLinetype();
-        else if (*name == L"ByBlock") id = m_db.byBlockLinetype();
-        else id = linetypeNamed(m_db, OxString(*name));
-        if (id) return apply([&](OxDbEntity& e) { e.setLinetype(*id); });
-        oxutPrintf(L"\nLinetype \"%ls\" is neither in the drawing nor in its linetype file.", *name);
+        const std::optional<std::wstring> answer = ask(prompt, keywords);
+        if (!answer) return;
+        if (const std::optional<Change> change = changeFor(*answer)) return apply(*change);
+        oxutPrintf(L"\n%ls", refusal(*answer));
     }
+}
+
+void Chprop::linetype() {
+    askAndApply(
+        L"\nEnter new linetype name or [ByLayer/ByBlock] <keep>: ", L"ByLayer ByBlock _ByLayer ByBlock",
+        [&](const std::wstring& name) -> std::optional<Change> {
+            std::optional<OxDbObjectId> id;
+            if (name == L"ByLayer") id = m_db.byLayerLinetype();
+            else if (name == L"ByBlock") id = m_db.byBlockLinetype();
+            else id = linetypeNamed(m_db, OxString(name));
+            if (!id) return std::nullopt;
+            return [id = *id](OxDbEntity& e) { e.setLinetype(id); };
+        },
+        [](const std::wstring& name) {
+            return L"Linetype \"" + name + L"\" is neither in the drawing nor in its linetype file.";
+        });
 }
 
 void Chprop::lineweight() {
-    for (;;) {
-        const std::optional<std::wstring> answer = ask(L"\nEnter new lineweight in millimetres or [ByLayer/ByBlock/Default] <keep>: ",
-                                                       L"ByLayer ByBlock Default _ByLayer ByBlock Default");
-        if (!answer) return;
-        std::optional<OxDb::LineWeight> weight;
-        if (*answer == L"ByLayer") weight = OxDb::kLnWtByLayer;
-        else if (*answer == L"ByBlock") weight = OxDb::kLnWtByBlock;
-        else if (*answer == L"Default") weight = OxDb::kLnWtByLwDefault;
-        else if (const std::optional<double> mm = editor::parseReal(*answer))
-            weight = db::standardLineWeightOfMillimetres(*mm);
-        if (weight) return apply([&](OxDbEntity& e) { e.setLineWeight(*weight); });
-        oxutPrintf(L"\nInvalid lineweight: give a standard one such as 0.25 or 0.50 (millimetres), ByLayer, ByBlock or "
-                   L"Default.");
-    }
+    askAndApply(
+        L"\nEnter new lineweight in millimetres or [ByLayer/ByBlock/Default] <keep>: ",
+        L"ByLayer ByBlock Default _ByLayer ByBlock Default",
+        [](const std::wstring& answer) -> std::optional<Change> {
+            std::optional<OxDb::LineWeight> weight;
+            if (answer == L"ByLayer") weight = OxDb::kLnWtByLayer;
+            else if (answer == L"ByBlock") weight = OxDb::kLnWtByBlock;
+            else if (answer == L"Default") weight = OxDb::kLnWtByLwDefault;
+            else if (const std::optional<double> mm = editor::parseReal(answer))
+                weight = db::standardLineWeightOfMillimetres(*mm);
+            if (!weight) return std::nullopt;
+            return [weight = *weight](OxDbEntity& e) { e.setLineWeight(weight); };
+        },
+        [](const std::wstring&) {
+            return std::wstring(L"Invalid lineweight: give a standard one such as 0.25 or 0.50 (millimetres), "
+                                L"ByLayer, ByBlock or Default.");
+        });
 }
 
 void Chprop::transparency() {
-    for (;;) {
-        const std::optional<std::wstring> answer =
-            ask(L"\nEnter transparency value (0-90) or [ByLayer/ByBlock] <keep>: ", L"ByLayer ByBlock _ByLayer ByBlock");
-        if (!answer) return;
-        if (const std::optional<OxCmTransparency> t = editor::parseTransparencyText(*answer))
-            return apply([&](OxDbEntity& e) { e.setTransparency(*t); });
-        oxutPrintf(L"\nRequires ByLayer, ByBlock or a transparency from 0 to 90.");
-    }
+    askAndApply(
+        L"\nEnter transparency value (0-90) or [ByLayer/ByBlock] <keep>: ", L"ByLayer ByBlock _ByLayer ByBlock",
+        [](const std::wstring& answer) -> std::optional<Change> {
+            const std::optional<OxCmTransparency> t = editor::parseTransparencyText(answer);
+            if (!t) return std::nullopt;
+            return [t = *t](OxDbEntity& e) { e.setTransparency(t); };
+        },
+        [](const std::wstring&) { return std::wstring(L"Requires ByLayer, ByBlock or a transparency from 0 to 90."); });
 }
 
 void Chprop::plotStyle() {
@@ -163,26 +186,25 @@ void Chprop::plotStyle() {
         oxutPrintf(L"\nThe drawing uses colour-dependent plot styles: objects take their plot style from their colour.");
         return;
     }
-    for (;;) {
-        const std::optional<std::wstring> name =
-            ask(L"\nEnter plot style name or [ByLayer/ByBlock] <keep>: ", L"ByLayer ByBlock _ByLayer ByBlock");
-        if (!name) return;
-        bool known = true;
-        apply([&](OxDbEntity& e) { known = setPlotStyleByName(m_db, e, OxString(*name)) && known; });
-        if (known) return;
-        oxutPrintf(L"\nPlot style \"%ls\" is not in the drawing.", *name);
-    }
+    askAndApply(
+        L"\nEnter plot style name or [ByLayer/ByBlock] <keep>: ", L"ByLayer ByBlock _ByLayer ByBlock",
+        [&](const std::wstring& name) -> std::optional<Change> {
+            // Checked once, before any object is opened.
+            if (!isPlotStyleName(m_db, OxString(name))) return std::nullopt;
+            return [this, name = OxString(name)](OxDbEntity& e) { setPlotStyleByName(m_db, e, name); };
+        },
+        [](const std::wstring& name) { return L"Plot style \"" + name + L"\" is not in the drawing."; });
 }
 
 void Chprop::material() {
-    for (;;) {
-        const std::optional<std::wstring> name = ask(L"\nEnter material name or [ByLayer/ByBlock/Global] <keep>: ",
-                                                     L"ByLayer ByBlock Global _ByLayer ByBlock Global");
-        if (!name) return;
-        if (const std::optional<OxDbObjectId> id = materialNamed(m_db, OxString(*name)))
-            return apply([&](OxDbEntity& e) { e.setMaterial(*id); });
-        oxutPrintf(L"\nMaterial \"%ls\" is not in the drawing.", *name);
-    }
+    askAndApply(
+        L"\nEnter material name or [ByLayer/ByBlock/Global] <keep>: ", L"ByLayer ByBlock Global _ByLayer ByBlock Global",
+        [&](const std::wstring& name) -> std::optional<Change> {
+            const std::optional<OxDbObjectId> id = materialNamed(m_db, OxString(name));
+            if (!id) return std::nullopt;
+            return [id = *id](OxDbEntity& e) { e.setMaterial(id); };
+        },
+        [](const std::wstring& name) { return L"Material \"" + name + L"\" is not in the drawing."; });
 }
 
 int chprop() {

@@ -32,6 +32,11 @@ std::optional<OxDbObjectId> linetypeInTable(OxDbDatabase& db, const OxString& na
 
 } // namespace
 
+bool isPlotStyleName(OxDbDatabase& db, const OxString& name) {
+    return name.compareNoCase(L"ByLayer") == 0 || name.compareNoCase(L"ByBlock") == 0 ||
+           entryOf(db.getPlotStyleNameDictionaryId(false), name).has_value();
+}
+
 bool setPlotStyleByName(OxDbDatabase& db, OxDbEntity& entity, const OxString& name) {
     if (name.compareNoCase(L"ByLayer") == 0) return entity.setPlotStyleName(OxDb::kPlotStyleNameByLayer) == Ox::eOk;
     if (name.compareNoCase(L"ByBlock") == 0) return entity.setPlotStyleName(OxDb::kPlotStyleNameByBlock) == Ox::eOk;

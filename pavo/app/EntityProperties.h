@@ -12,6 +12,9 @@ class OxDbEntity;
 
 namespace pavo::app {
 
+// True for "ByLayer", "ByBlock" and the plot styles of the drawing.
+bool isPlotStyleName(OxDbDatabase& db, const OxString& name);
+
 // Gives `entity` the plot style "ByLayer", "ByBlock" or a named one of the
 // drawing; false (nothing changed) for an unknown name.
 bool setPlotStyleByName(OxDbDatabase& db, OxDbEntity& entity, const OxString& name);
