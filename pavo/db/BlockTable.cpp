@@ -118,11 +118,13 @@ Ox::ErrorStatus OxDbBlockTableRecord::getBlockReferenceIds(OxDbObjectIdArray& id
     ids.removeAll();
     OxDbDatabase* db = database();
     if (!db) return Ox::eNoDatabase;
-    for (OxDbCell* cell : db->impl()->store.referencesTo(this->cell())) {
-        const auto* reference = OxDbBlockReference::cast(cell->object.get());
+    // The index is dropped whenever a reference is added or pointed at
+    // another block, so only erasure needs looking at, in the cells.
+    const std::vector<OxDbCell*>& references = db->impl()->store.referencesTo(this->cell());
+    ids.setPhysicalLength(static_cast<int>(references.size()));
+    for (OxDbCell* cell : references) {
         const OxDbCell* owner = cell->owner.cell();
-        if (reference && !cell->erased && (!owner || !owner->erased) && reference->blockTableRecord() == objectId())
-            ids.append(OxDbObjectId(cell));
+        if (!cell->erased && (!owner || !owner->erased)) ids.append(OxDbObjectId(cell));
     }
     return Ox::eOk;
 }

@@ -55,7 +55,7 @@ OxDbObjectId Store::attach(OxDbObject* obj, const OxDbObjectId& owner, OxDbCell*
     if (!cell || cell->object) cell = newCell();
     cell->object.reset(obj);
     cell->cls = obj->isA();
-    if (cell->cls == OxDbBlockReference::desc()) referencesChanged();
+    if (holdsKindOf(cell, OxDbBlockReference::desc())) referencesChanged();
     cell->owner = owner;
     obj->attachCell(cell);
     return OxDbObjectId(cell);
@@ -69,9 +69,12 @@ const std::vector<OxDbCell*>& Store::referencesTo(const OxDbCell* block) {
         for (const OxDbCell* blockCell : blocks ? blocks->impl()->records : std::vector<OxDbCell*>{}) {
             const auto* owner = OxDbBlockTableRecord::cast(blockCell->object.get());
             if (!owner) continue;
+            // The cell says its object's class: the other entities, most of
+            // a large drawing, are not touched.
             for (OxDbCell* cell : owner->impl()->entities)
-                if (const auto* reference = OxDbBlockReference::cast(cell->object.get()))
-                    referenceIndex[reference->blockTableRecord().cell()].push_back(cell);
+                if (holdsKindOf(cell, OxDbBlockReference::desc()))
+                    referenceIndex[static_cast<const OxDbBlockReference*>(cell->object.get())->blockTableRecord().cell()]
+                        .push_back(cell);
         }
         referenceIndexValid = true;
     }

@@ -176,7 +176,9 @@ int oxedSSSetKwordCallbackPtr(OxedSSKwordCallback callback) {
 
 int oxedGetCurrentSelectionSet(OxDbObjectIdArray& ids) {
     ids.removeAll();
-    for (const OxDbObjectId& id : selection::state().previous)
+    const selection::IdList& previous = selection::state().previous;
+    ids.setPhysicalLength(static_cast<int>(previous.size()));
+    for (const OxDbObjectId& id : previous)
         ids.append(id);
     return STATUS_NORMAL;
 }
