@@ -72,8 +72,4 @@ Ox::ErrorStatus createPaperLayout(OxDbDatabase* db, const wchar_t* name, OxDbObj
 // placeholder) when missing. eInvalidInput for an empty name.
 Ox::ErrorStatus plotStyleEntry(OxDbDatabase* db, const wchar_t* name, OxDbObjectId& id);
 
-// A standard lineweight or the default: what a layer (and its overrides)
-// may have.
-bool isLayerLineWeight(OxDb::LineWeight weight);
-
 } // namespace pavo::db

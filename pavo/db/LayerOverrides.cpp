@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "DbInternal.h"
+#include "LineWeights.h"
 #include "OxDbSymbolTable.h"
 
 using namespace pavo::db;

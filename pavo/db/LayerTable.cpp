@@ -1,5 +1,6 @@
 #include "DbInternal.h"
 #include "DictionaryImpl.h"
+#include "LineWeights.h"
 #include "OxDbDictionary.h"
 #include "OxDbEntity.h"
 #include "OxDbServices.h"
@@ -123,15 +124,6 @@ void OxDbLayerTableRecord::setColor(const OxCmColor& color) {
 
 void OxDbLayerTableRecord::setLinetypeObjectId(const OxDbObjectId& id) {
     if (writeCheck()) m_linetype = id;
-}
-
-// A layer has a real lineweight or the default; never by layer or block.
-bool pavo::db::isLayerLineWeight(OxDb::LineWeight weight) {
-    static constexpr int kValid[] = {0,  5,  9,  13, 15,  18,  20,  25,  30,  35,  40,  50, 53,
-                                     60, 70, 80, 90, 100, 106, 120, 140, 158, 200, 211, -3};
-    for (int v : kValid)
-        if (v == weight) return true;
-    return false;
 }
 
 Ox::ErrorStatus OxDbLayerTableRecord::setLineWeight(OxDb::LineWeight weight) {

@@ -15,6 +15,10 @@ bool isEntityLineWeight(long long hundredths) {
            hundredths == OxDb::kLnWtByLwDefault || isStandardLineWeight(hundredths);
 }
 
+bool isLayerLineWeight(long long hundredths) {
+    return hundredths == OxDb::kLnWtByLwDefault || isStandardLineWeight(hundredths);
+}
+
 std::optional<OxDb::LineWeight> standardLineWeightOfMillimetres(double millimetres) {
     const double hundredths = millimetres * 100.0;
     for (int standard : kStandardLineWeights)
