@@ -3,6 +3,7 @@
 // the others (hand-written files may have any) goes to a hash map.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
@@ -37,6 +38,13 @@ public:
         } else if (handle < limit) {
             m_dense.resize(std::max<std::uint64_t>(handle + 1, m_dense.size() * 3 / 2), nullptr);
             m_dense[handle] = cell;
+            // Handles kept aside while they were far out may now be in range:
+            // find() looks for those only in the vector.
+            std::erase_if(m_sparse, [&](const auto& entry) {
+                if (entry.first >= m_dense.size()) return false;
+                m_dense[entry.first] = entry.second;
+                return true;
+            });
         } else {
             m_sparse.emplace(handle, cell);
         }
