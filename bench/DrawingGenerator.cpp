@@ -1,5 +1,6 @@
 #include "DrawingGenerator.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -98,6 +99,18 @@ void giveProperties(OxDbDatabase& db, OxDbEntity* entity, std::size_t i, std::si
     entity->setTransparency(OxCmTransparency(200));
 }
 
+// Colour and lineweight overrides of `count` random layers in a viewport.
+void addOverrides(const std::vector<OxDbObjectId>& layers, const OxDbObjectId& viewport, std::size_t count,
+                  Random& rnd) {
+    for (std::size_t i = 0; i < count; ++i) {
+        OxDbLayerTableRecord* layer = nullptr;
+        if (oxdbOpenObject(layer, layers[rnd.below(layers.size())], OxDb::kForWrite) != Ox::eOk) continue;
+        layer->setColor(OxCmColor::fromIndex(static_cast<std::uint16_t>(1 + rnd.below(255))), viewport);
+        layer->setLineWeight(kWeights[rnd.below(std::size(kWeights) - 1)], viewport);
+        layer->close();
+    }
+}
+
 } // namespace
 
 DrawingSize setByLayerDrawingSize(std::size_t entities, std::size_t explicitEvery) {
@@ -168,15 +181,26 @@ std::unique_ptr<OxDbDatabase> generateDrawing(const DrawingSize& size) {
         if (oxdbOpenObject(sheet, blockId, OxDb::kForWrite) != Ox::eOk) continue;
         for (std::size_t v = 0; v < size.viewportsPerLayout; ++v) {
             auto* vp = new OxDbViewport;
-            vp->setCenterPoint(OxGePoint3d(100.0 + 150.0 * static_cast<double>(v), 150.0));
+            vp->setNumber(static_cast<short>(std::min<std::size_t>(v + 2, 32767)));
+            // Rows of 40 across the sheet.
+            vp->setCenterPoint(OxGePoint3d(100.0 + 150.0 * static_cast<double>(v % 40),
+                                           150.0 + 120.0 * static_cast<double>(v / 40)));
             vp->setWidth(140);
             vp->setHeight(100);
             vp->setViewCenter(OxGePoint2d(rnd.real(0, extent), rnd.real(0, extent)));
             vp->setViewHeight(500);
             OxDbObjectIdArray frozen;
-            frozen.append(layers[rnd.below(layers.size())]);
+            for (std::size_t f = 0; f < size.frozenLayersPerViewport; ++f)
+                frozen.append(layers[rnd.below(layers.size())]);
             vp->freezeLayersInViewport(frozen);
-            appendEntity(sheet, vp, layers[0]);
+            vp->setLayer(layers[0]);
+            OxDbObjectId id;
+            if (sheet->appendOxDbEntity(id, vp) != Ox::eOk) {
+                delete vp;
+                continue;
+            }
+            vp->close();
+            addOverrides(layers, id, size.overridesPerViewport, rnd);
         }
         sheet->close();
     }

@@ -14,7 +14,12 @@ struct DrawingSize {
     std::size_t entities = 10000;
     std::size_t blocks = 20;
     std::size_t layouts = 4;
+    // Model viewports of each layout (numbered from 2; the sheet is 1).
     std::size_t viewportsPerLayout = 3;
+    // Layers frozen in each model viewport, and layers with a colour and a
+    // lineweight override there, picked at random.
+    std::size_t frozenLayersPerViewport = 1;
+    std::size_t overridesPerViewport = 0;
     // Every referenceEvery-th model-space entity is a block reference.
     std::size_t referenceEvery = 50;
     // Entities of each block definition; every nestedEvery-th definition

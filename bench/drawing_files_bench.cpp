@@ -2,6 +2,8 @@
 // reader uses two threads). "MB" (per second) is decimal megabytes of drawing file.
 #include <benchmark/benchmark.h>
 
+#include "BenchSupport.h"
+
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -43,11 +45,7 @@ Fixture& fixture(std::size_t entities) {
     return f;
 }
 
-void reportRate(benchmark::State& state, std::size_t bytes) {
-    state.counters["MB"] = benchmark::Counter(
-        static_cast<double>(state.iterations()) * static_cast<double>(bytes) / 1e6, benchmark::Counter::kIsRate);
-    state.counters["file_MB"] = static_cast<double>(bytes) / 1e6;
-}
+using pavobench::reportRate;
 
 // From the file on disk (in the page cache after the first run) to a
 // database; freeing the previous one is left out of the time.

@@ -9,6 +9,8 @@
 // Each figure is one whole command run: from the answers to the return.
 #include <benchmark/benchmark.h>
 
+#include "BenchSupport.h"
+
 #include <memory>
 #include <ostream>
 #include <streambuf>
@@ -23,11 +25,7 @@
 
 namespace {
 
-class NullBuffer : public std::streambuf {
-protected:
-    int overflow(int ch) override { return ch; }
-    std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
-};
+using pavobench::NullBuffer;
 
 std::wstring layerName(std::size_t i) { return L"LAYER-" + std::to_wstring(100000000 + i).substr(1); }
 

@@ -14,6 +14,8 @@
 //   DialogReopen         one more opening and cancelling in a session that
 //                        has shown it before
 #include <benchmark/benchmark.h>
+
+#include "BenchSupport.h"
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -36,11 +38,7 @@ extern char** environ;
 
 namespace {
 
-class NullBuffer : public std::streambuf {
-protected:
-    int overflow(int ch) override { return ch; }
-    std::streamsize xsputn(const char*, std::streamsize n) override { return n; }
-};
+using pavobench::NullBuffer;
 
 // Runs `answers` on a generated drawing; only the session's run is timed.
 void runOnDrawing(benchmark::State& state, const std::vector<std::string>& answers, std::size_t explicitEvery) {

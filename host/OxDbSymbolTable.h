@@ -1,6 +1,7 @@
 // Symbol tables (layers, linetypes, blocks), their records and iterators.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "OxCmColor.h"
@@ -120,6 +121,7 @@ class PAVO_HOST_API OxDbLayerTableRecord : public OxDbSymbolTableRecord {
     OX_RX_DECLARE_MEMBERS(OxDbLayerTableRecord)
 public:
     OxDbLayerTableRecord();
+    ~OxDbLayerTableRecord() override;
     OxDbObject* cloneState() const override;
 
     bool isFrozen() const { return m_frozen; }
@@ -183,20 +185,17 @@ public:
     void removeViewportOverrides(const OxDbObjectId& viewportId);
     void removeAllOverrides();
     bool hasOverrides(const OxDbObjectId& viewportId) const;
-    bool hasAnyOverrides() const { return m_overrides.size() > m_emptyOverrides; }
-    // Ordered by viewport id; entries whose overrides were all removed
-    // (isEmpty) may be among them.
-    const std::vector<OxDbLayerViewportOverrides>& viewportOverrides() const { return m_overrides; }
+    bool hasAnyOverrides() const;
+    // The overrides of one viewport (an empty set when it has none).
+    OxDbLayerViewportOverrides viewportOverrides(const OxDbObjectId& viewportId) const;
+    // Every viewport's overrides, in the order of the viewports' ids.
+    std::vector<OxDbLayerViewportOverrides> viewportOverrides() const;
 
 private:
-    // The entry of `viewportId`, made when missing; about to receive an
-    // override, so an empty entry counts as used again.
-    OxDbLayerViewportOverrides* overridesForWrite(const OxDbObjectId& viewportId);
-    OxDbLayerViewportOverrides* findOverrides(const OxDbObjectId& viewportId);
-    const OxDbLayerViewportOverrides* findOverrides(const OxDbObjectId& viewportId) const;
-    // Removes the override `flag` (null: all) of `viewportId`; an entry left
-    // empty is counted, and empty entries are dropped once they are half.
-    void removeOverride(const OxDbObjectId& viewportId, bool OxDbLayerViewportOverrides::*flag);
+    // Host internals: the overrides, one ordered list a property, made with
+    // the first override (most layers have none).
+    struct Overrides;
+    Overrides& overridesForWrite();
 
     bool m_off = false, m_frozen = false, m_locked = false, m_plottable = true, m_vpdflt = false,
          m_hidden = false, m_inUse = false;
@@ -207,8 +206,7 @@ private:
     OxDbObjectId m_material;
     OxDbObjectId m_plotStyle;
     OxString m_description;
-    std::vector<OxDbLayerViewportOverrides> m_overrides;
-    std::size_t m_emptyOverrides = 0;
+    std::unique_ptr<Overrides> m_overrides;
 };
 
 // ---------------------------------------------------------------- linetypes

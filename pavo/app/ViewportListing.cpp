@@ -65,8 +65,7 @@ void listOverrides(OxDbDatabase* db, const OxDbObjectId& viewportId,
         for (; !it->done(); it->step()) {
             OxDbLayerTableRecord* layer = nullptr;
             if (it->getRecord(layer, OxDb::kForRead) != Ox::eOk) continue;
-            for (const auto& o : layer->viewportOverrides()) {
-                if (o.viewportId != viewportId || o.isEmpty()) continue;
+            if (const OxDbLayerViewportOverrides o = layer->viewportOverrides(viewportId); !o.isEmpty()) {
                 lines.emplace_back(L"Override", layer->name().str() + L": " + describeOverrides(db, o));
                 any = true;
             }

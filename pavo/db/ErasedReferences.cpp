@@ -21,11 +21,7 @@ void dropViewport(OxDbDatabase* db, const OxDbObjectId& viewportId) {
     if (auto* layers = OxDbLayerTable::cast(objectOf(db->layerTableId()))) {
         for (OxDbCell* cell : layers->impl()->records) {
             auto* layer = OxDbLayerTableRecord::cast(cell->object.get());
-            if (!layer || !layer->hasAnyOverrides()) continue;
-            bool refers = false;
-            for (const auto& o : layer->viewportOverrides())
-                refers = refers || (o.viewportId == viewportId && !o.isEmpty());
-            if (refers)
+            if (layer && layer->hasOverrides(viewportId))
                 changeRecorded(layer, [&](OxDbLayerTableRecord& l) { l.removeViewportOverrides(viewportId); });
         }
     }

@@ -1,110 +1,77 @@
 // Per-viewport overrides of layer properties.
-#include <algorithm>
+#include "LayerOverrides.h"
 
 #include "DbInternal.h"
 #include "LineWeights.h"
-#include "OxDbSymbolTable.h"
 
 using namespace pavo::db;
 
-// Entries are kept ordered by viewport id, so that a layer with overrides in
-// many viewports finds one in O(log n); setting them for the viewports in
-// the order of their ids (as "every viewport" gives them) appends. Removed
-// overrides leave empty entries until those are the majority, so that
-// removing them viewport by viewport does not shift the rest each time.
+OxDbLayerTableRecord::OxDbLayerTableRecord() = default;
+OxDbLayerTableRecord::~OxDbLayerTableRecord() = default;
+
+OxDbLayerTableRecord::Overrides& OxDbLayerTableRecord::overridesForWrite() {
+    if (!m_overrides) m_overrides = std::make_unique<Overrides>();
+    return *m_overrides;
+}
+
 namespace {
 
-auto byViewport(std::vector<OxDbLayerViewportOverrides>& list, const OxDbObjectId& viewportId) {
-    return std::lower_bound(list.begin(), list.end(), viewportId,
-                            [](const OxDbLayerViewportOverrides& o, const OxDbObjectId& id) { return o.viewportId < id; });
+// The override of `list` for `viewportId`, else the layer's own value.
+template <class V>
+V overrideOr(const ViewportValues<V>* list, const OxDbObjectId& viewportId, const V& own, bool& isOverride) {
+    const V* found = list ? list->find(viewportId) : nullptr;
+    isOverride = found != nullptr;
+    return found ? *found : own;
 }
 
 } // namespace
 
-OxDbLayerViewportOverrides* OxDbLayerTableRecord::findOverrides(const OxDbObjectId& viewportId) {
-    auto it = byViewport(m_overrides, viewportId);
-    return it != m_overrides.end() && it->viewportId == viewportId ? &*it : nullptr;
-}
-
-const OxDbLayerViewportOverrides* OxDbLayerTableRecord::findOverrides(const OxDbObjectId& viewportId) const {
-    return const_cast<OxDbLayerTableRecord*>(this)->findOverrides(viewportId);
-}
-
-OxDbLayerViewportOverrides* OxDbLayerTableRecord::overridesForWrite(const OxDbObjectId& viewportId) {
-    auto it = byViewport(m_overrides, viewportId);
-    if (it != m_overrides.end() && it->viewportId == viewportId) {
-        if (it->isEmpty()) --m_emptyOverrides;
-        return &*it;
-    }
-    it = m_overrides.insert(it, OxDbLayerViewportOverrides{});
-    it->viewportId = viewportId;
-    return &*it;
-}
-
 void OxDbLayerTableRecord::setColor(const OxCmColor& color, const OxDbObjectId& viewportId) {
     if (viewportId.isNull() || !writeCheck()) return;
-    auto* o = overridesForWrite(viewportId);
-    o->hasColor = true;
-    o->color = color;
+    overridesForWrite().color.set(viewportId, color);
 }
 
 OxCmColor OxDbLayerTableRecord::color(const OxDbObjectId& viewportId, bool& isOverride) const {
-    const auto* o = findOverrides(viewportId);
-    isOverride = o && o->hasColor;
-    return isOverride ? o->color : m_color;
+    return overrideOr(m_overrides ? &m_overrides->color : nullptr, viewportId, m_color, isOverride);
 }
 
 void OxDbLayerTableRecord::setLinetypeObjectId(const OxDbObjectId& id, const OxDbObjectId& viewportId) {
     if (viewportId.isNull() || !writeCheck()) return;
-    auto* o = overridesForWrite(viewportId);
-    o->hasLinetype = true;
-    o->linetypeId = id;
+    overridesForWrite().linetype.set(viewportId, id);
 }
 
 OxDbObjectId OxDbLayerTableRecord::linetypeObjectId(const OxDbObjectId& viewportId, bool& isOverride) const {
-    const auto* o = findOverrides(viewportId);
-    isOverride = o && o->hasLinetype;
-    return isOverride ? o->linetypeId : m_linetype;
+    return overrideOr(m_overrides ? &m_overrides->linetype : nullptr, viewportId, m_linetype, isOverride);
 }
 
 Ox::ErrorStatus OxDbLayerTableRecord::setLineWeight(OxDb::LineWeight weight, const OxDbObjectId& viewportId) {
     if (viewportId.isNull()) return Ox::eNullObjectId;
     if (!isLayerLineWeight(weight)) return Ox::eInvalidInput;
     if (!writeCheck()) return Ox::eNotOpenForWrite;
-    auto* o = overridesForWrite(viewportId);
-    o->hasLineWeight = true;
-    o->lineWeight = weight;
+    overridesForWrite().lineWeight.set(viewportId, weight);
     return Ox::eOk;
 }
 
 OxDb::LineWeight OxDbLayerTableRecord::lineWeight(const OxDbObjectId& viewportId, bool& isOverride) const {
-    const auto* o = findOverrides(viewportId);
-    isOverride = o && o->hasLineWeight;
-    return isOverride ? o->lineWeight : m_lineWeight;
+    return overrideOr(m_overrides ? &m_overrides->lineWeight : nullptr, viewportId, m_lineWeight, isOverride);
 }
 
 Ox::ErrorStatus OxDbLayerTableRecord::setTransparency(const OxCmTransparency& t, const OxDbObjectId& viewportId) {
     if (viewportId.isNull()) return Ox::eNullObjectId;
     if (!t.isByAlpha()) return Ox::eInvalidInput;
     if (!writeCheck()) return Ox::eNotOpenForWrite;
-    auto* o = overridesForWrite(viewportId);
-    o->hasTransparency = true;
-    o->transparency = t;
+    overridesForWrite().transparency.set(viewportId, t);
     return Ox::eOk;
 }
 
 OxCmTransparency OxDbLayerTableRecord::transparency(const OxDbObjectId& viewportId, bool& isOverride) const {
-    const auto* o = findOverrides(viewportId);
-    isOverride = o && o->hasTransparency;
-    return isOverride ? o->transparency : m_transparency;
+    return overrideOr(m_overrides ? &m_overrides->transparency : nullptr, viewportId, m_transparency, isOverride);
 }
 
 Ox::ErrorStatus OxDbLayerTableRecord::setPlotStyleName(const OxDbObjectId& id, const OxDbObjectId& viewportId) {
     if (viewportId.isNull()) return Ox::eNullObjectId;
     if (!writeCheck()) return Ox::eNotOpenForWrite;
-    auto* o = overridesForWrite(viewportId);
-    o->hasPlotStyle = true;
-    o->plotStyleNameId = id;
+    overridesForWrite().plotStyle.set(viewportId, id);
     return Ox::eOk;
 }
 
@@ -121,56 +88,107 @@ Ox::ErrorStatus OxDbLayerTableRecord::setPlotStyleName(const wchar_t* name, cons
 }
 
 OxDbObjectId OxDbLayerTableRecord::plotStyleNameId(const OxDbObjectId& viewportId, bool& isOverride) const {
-    const auto* o = findOverrides(viewportId);
-    isOverride = o && o->hasPlotStyle;
-    return isOverride ? o->plotStyleNameId : m_plotStyle;
-}
-
-void OxDbLayerTableRecord::removeOverride(const OxDbObjectId& viewportId, bool OxDbLayerViewportOverrides::*flag) {
-    if (!writeCheck()) return;
-    OxDbLayerViewportOverrides* entry = findOverrides(viewportId);
-    if (!entry || entry->isEmpty()) return;
-    if (flag) {
-        entry->*flag = false;
-    } else {
-        const OxDbObjectId viewport = entry->viewportId;
-        *entry = OxDbLayerViewportOverrides();
-        entry->viewportId = viewport;
-    }
-    if (!entry->isEmpty()) return;
-    ++m_emptyOverrides;
-    if (m_emptyOverrides >= 8 && 2 * m_emptyOverrides >= m_overrides.size()) {
-        std::erase_if(m_overrides, [](const OxDbLayerViewportOverrides& o) { return o.isEmpty(); });
-        m_emptyOverrides = 0;
-    }
+    return overrideOr(m_overrides ? &m_overrides->plotStyle : nullptr, viewportId, m_plotStyle, isOverride);
 }
 
 void OxDbLayerTableRecord::removeColorOverride(const OxDbObjectId& viewportId) {
-    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasColor);
+    if (writeCheck() && m_overrides) m_overrides->color.remove(viewportId);
 }
 void OxDbLayerTableRecord::removeLinetypeOverride(const OxDbObjectId& viewportId) {
-    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasLinetype);
+    if (writeCheck() && m_overrides) m_overrides->linetype.remove(viewportId);
 }
 void OxDbLayerTableRecord::removeLineWeightOverride(const OxDbObjectId& viewportId) {
-    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasLineWeight);
+    if (writeCheck() && m_overrides) m_overrides->lineWeight.remove(viewportId);
 }
 void OxDbLayerTableRecord::removeTransparencyOverride(const OxDbObjectId& viewportId) {
-    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasTransparency);
+    if (writeCheck() && m_overrides) m_overrides->transparency.remove(viewportId);
 }
 void OxDbLayerTableRecord::removePlotStyleOverride(const OxDbObjectId& viewportId) {
-    removeOverride(viewportId, &OxDbLayerViewportOverrides::hasPlotStyle);
+    if (writeCheck() && m_overrides) m_overrides->plotStyle.remove(viewportId);
 }
+
 void OxDbLayerTableRecord::removeViewportOverrides(const OxDbObjectId& viewportId) {
-    removeOverride(viewportId, nullptr);
+    if (!writeCheck() || !m_overrides) return;
+    m_overrides->color.remove(viewportId);
+    m_overrides->linetype.remove(viewportId);
+    m_overrides->lineWeight.remove(viewportId);
+    m_overrides->transparency.remove(viewportId);
+    m_overrides->plotStyle.remove(viewportId);
 }
 
 void OxDbLayerTableRecord::removeAllOverrides() {
-    if (!writeCheck()) return;
-    m_overrides.clear();
-    m_emptyOverrides = 0;
+    if (writeCheck()) m_overrides.reset();
 }
 
+bool OxDbLayerTableRecord::hasAnyOverrides() const { return m_overrides && !m_overrides->empty(); }
+
 bool OxDbLayerTableRecord::hasOverrides(const OxDbObjectId& viewportId) const {
-    const auto* o = findOverrides(viewportId);
-    return o && !o->isEmpty();
+    return !viewportOverrides(viewportId).isEmpty();
+}
+
+OxDbLayerViewportOverrides OxDbLayerTableRecord::viewportOverrides(const OxDbObjectId& viewportId) const {
+    OxDbLayerViewportOverrides o;
+    o.viewportId = viewportId;
+    if (!m_overrides) return o;
+    const Overrides& all = *m_overrides;
+    if (const auto* v = all.color.find(viewportId)) o.hasColor = true, o.color = *v;
+    if (const auto* v = all.linetype.find(viewportId)) o.hasLinetype = true, o.linetypeId = *v;
+    if (const auto* v = all.lineWeight.find(viewportId)) o.hasLineWeight = true, o.lineWeight = *v;
+    if (const auto* v = all.transparency.find(viewportId)) o.hasTransparency = true, o.transparency = *v;
+    if (const auto* v = all.plotStyle.find(viewportId)) o.hasPlotStyle = true, o.plotStyleNameId = *v;
+    return o;
+}
+
+std::vector<OxDbLayerViewportOverrides> OxDbLayerTableRecord::viewportOverrides() const {
+    // Each list is in viewport order: gather one entry per override, sort,
+    // and merge those of the same viewport.
+    std::vector<OxDbLayerViewportOverrides> parts;
+    if (!m_overrides) return parts;
+    const auto part = [&](const OxDbObjectId& viewport) -> OxDbLayerViewportOverrides& {
+        parts.emplace_back();
+        parts.back().viewportId = viewport;
+        return parts.back();
+    };
+    const Overrides& all = *m_overrides;
+    all.color.forEach([&](const OxDbObjectId& vp, const OxCmColor& v) {
+        auto& o = part(vp);
+        o.hasColor = true;
+        o.color = v;
+    });
+    all.linetype.forEach([&](const OxDbObjectId& vp, const OxDbObjectId& v) {
+        auto& o = part(vp);
+        o.hasLinetype = true;
+        o.linetypeId = v;
+    });
+    all.lineWeight.forEach([&](const OxDbObjectId& vp, const OxDb::LineWeight& v) {
+        auto& o = part(vp);
+        o.hasLineWeight = true;
+        o.lineWeight = v;
+    });
+    all.transparency.forEach([&](const OxDbObjectId& vp, const OxCmTransparency& v) {
+        auto& o = part(vp);
+        o.hasTransparency = true;
+        o.transparency = v;
+    });
+    all.plotStyle.forEach([&](const OxDbObjectId& vp, const OxDbObjectId& v) {
+        auto& o = part(vp);
+        o.hasPlotStyle = true;
+        o.plotStyleNameId = v;
+    });
+    std::stable_sort(parts.begin(), parts.end(),
+                     [](const auto& a, const auto& b) { return a.viewportId < b.viewportId; });
+    std::vector<OxDbLayerViewportOverrides> merged;
+    for (const OxDbLayerViewportOverrides& p : parts) {
+        if (merged.empty() || merged.back().viewportId != p.viewportId) {
+            merged.push_back(p);
+            continue;
+        }
+        OxDbLayerViewportOverrides& o = merged.back();
+        if (p.hasColor) o.hasColor = true, o.color = p.color;
+        if (p.hasLinetype) o.hasLinetype = true, o.linetypeId = p.linetypeId;
+        if (p.hasLineWeight) o.hasLineWeight = true, o.lineWeight = p.lineWeight;
+        if (p.hasTransparency) o.hasTransparency = true, o.transparency = p.transparency;
+        if (p.hasPlotStyle) o.hasPlotStyle = true, o.plotStyleNameId = p.plotStyleNameId;
+    }
+    return merged;
 }

@@ -1,4 +1,5 @@
 #include "DbInternal.h"
+#include "LayerOverrides.h"
 #include "DictionaryImpl.h"
 #include "LineWeights.h"
 #include "OxDbDictionary.h"
@@ -64,8 +65,6 @@ void pavo::db::applyNewLayerDefaults(OxDbDatabase* db, OxDbLayerTableRecord* lay
 
 // ------------------------------------------------------------ records
 
-OxDbLayerTableRecord::OxDbLayerTableRecord() = default;
-
 OxDbObject* OxDbLayerTableRecord::cloneState() const {
     auto* copy = new OxDbLayerTableRecord();
     copy->setName(getName());
@@ -83,8 +82,7 @@ OxDbObject* OxDbLayerTableRecord::cloneState() const {
     copy->m_material = m_material;
     copy->m_plotStyle = m_plotStyle;
     copy->m_description = m_description;
-    copy->m_overrides = m_overrides;
-    copy->m_emptyOverrides = m_emptyOverrides;
+    if (m_overrides) copy->m_overrides = std::make_unique<Overrides>(*m_overrides);
     return copy;
 }
 

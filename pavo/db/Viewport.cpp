@@ -75,6 +75,7 @@ Ox::ErrorStatus OxDbViewport::getFrozenLayerList(OxDbObjectIdArray& ids) const {
 
 Ox::ErrorStatus OxDbViewport::freezeLayersInViewport(const OxDbObjectIdArray& ids) {
     if (!writeCheck()) return Ox::eNotOpenForWrite;
+    m_frozen->reserve(static_cast<std::size_t>(ids.length()));
     for (const OxDbObjectId& id : ids)
         m_frozen->insert(id.cell());
     return Ox::eOk;
