@@ -71,8 +71,7 @@ inline OxDbLayerViewportOverrides overridesOf(OxDbDatabase* db, const wchar_t* l
     OxDbLayerTableRecord* record = nullptr;
     EXPECT_EQ(oxdbOpenObject(record, layerNamed(db, layer), OxDb::kForRead), Ox::eOk);
     if (!record) return found;
-    for (const auto& o : record->viewportOverrides())
-        if (o.viewportId == viewportId && !o.isEmpty()) found = o;
+    found = record->viewportOverrides(viewportId);
     record->close();
     return found;
 }
