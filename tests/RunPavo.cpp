@@ -16,11 +16,11 @@ namespace fs = std::filesystem;
 
 namespace pavotest {
 
-PavoRun runPavo(const std::vector<std::string>& args, const std::string& stdinText) {
+namespace {
+
+PavoRun spawn(std::vector<std::string> all, const std::string& stdinText, bool apart) {
     TempFolder io;
     io.write("stdin", stdinText);
-    std::vector<std::string> all = {PAVO_TEST_PAVO_EXE};
-    all.insert(all.end(), args.begin(), args.end());
     std::vector<char*> argv;
     for (std::string& a : all) argv.push_back(a.data());
     argv.push_back(nullptr);
@@ -29,7 +29,11 @@ PavoRun runPavo(const std::vector<std::string>& args, const std::string& stdinTe
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, io.path("stdin").c_str(), O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, io.path("stdout").c_str(), O_WRONLY | O_CREAT, 0600);
-    posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
+    if (apart)
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, io.path("stderr").c_str(), O_WRONLY | O_CREAT,
+                                         0600);
+    else
+        posix_spawn_file_actions_adddup2(&actions, STDOUT_FILENO, STDERR_FILENO);
     PavoRun run;
     pid_t pid = 0;
     if (posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ) == 0) {
@@ -39,7 +43,28 @@ PavoRun runPavo(const std::vector<std::string>& args, const std::string& stdinTe
     }
     posix_spawn_file_actions_destroy(&actions);
     run.output = io.read("stdout");
+    if (apart) run.errors = io.read("stderr");
     return run;
+}
+
+std::vector<std::string> pavoWith(const std::vector<std::string>& args) {
+    std::vector<std::string> all = {PAVO_TEST_PAVO_EXE};
+    all.insert(all.end(), args.begin(), args.end());
+    return all;
+}
+
+} // namespace
+
+PavoRun runPavo(const std::vector<std::string>& args, const std::string& stdinText) {
+    return spawn(pavoWith(args), stdinText, false);
+}
+
+PavoRun runPavoApart(const std::vector<std::string>& args, const std::string& stdinText) {
+    return spawn(pavoWith(args), stdinText, true);
+}
+
+PavoRun runShell(const std::string& command, const std::string& stdinText) {
+    return spawn({"/bin/sh", "-c", command}, stdinText, false);
 }
 
 TempFolder::TempFolder() {

@@ -10,10 +10,17 @@ namespace pavotest {
 struct PavoRun {
     int status = -1;
     std::string output;
+    std::string errors; // standard error, when kept apart from the output
 };
 
 // `stdinText` goes to standard input (which is then not a terminal).
+// Standard error goes to `output` too.
 PavoRun runPavo(const std::vector<std::string>& args, const std::string& stdinText = "");
+// The same, with standard error in `errors`.
+PavoRun runPavoApart(const std::vector<std::string>& args, const std::string& stdinText = "");
+// Runs `command` with /bin/sh, `stdinText` on its standard input; its
+// standard output and error in `output`.
+PavoRun runShell(const std::string& command, const std::string& stdinText = "");
 
 // A fresh folder under the temporary directory, removed by the destructor.
 class TempFolder {

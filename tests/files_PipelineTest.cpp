@@ -142,7 +142,7 @@ TEST(DrawingPipeline, TheFirstProblemInTheFileIsReportedWhicheverSideFindsIt) {
          "not a layer"},
         {"dangling reference", sampleWith(R"("b":"2A","p":[651)", R"("b":"FFFF","p":[651)"), "/blocks/1/entities/3/b",
          "refers to no object"},
-        {"duplicate block name", sampleWith(R"("name":"TITLE")", R"("name":"door")"), "/blocks/4/entities/name",
+        {"duplicate block name", sampleWith(R"("name":"TITLE")", R"("name":"door")"), "/blocks/4/name",
          "duplicate block name \"door\""},
         {"layer handle", sampleWith(R"({"h":"1A","name":"A-GLAZ")", R"({"h":"19","name":"A-GLAZ")"), "/layers/3/h",
          "duplicate handle \"19\""},

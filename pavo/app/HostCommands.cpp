@@ -47,7 +47,7 @@ int saveAs(Session& s) {
     const std::optional<fs::path> typed = askFileName(L"\nSave drawing as: ");
     if (!typed) return STATUS_CANCEL;
     if (files::namesFolder(*typed)) {
-        oxutPrintf(L"\n%ls is a folder; give the drawing a file name.", pathText(*typed));
+        s.error(pathText(*typed) + L" is a folder; give the drawing a file name.");
         s.saveFailed();
         return STATUS_ERROR;
     }

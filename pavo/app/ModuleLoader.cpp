@@ -61,13 +61,15 @@ bool ModuleLoader::load(const std::wstring& name, std::string& error) {
     if (moduleHandle(name.c_str())) return true;
     const fs::path path = locate(name);
     if (path.empty()) {
-        error = "module " + toUtf8(name) + " not found on the module path";
+        error = "not found in";
+        for (const fs::path& folder : m_path)
+            error += (&folder == &m_path.front() ? " " : ", ") + toUtf8(pathText(folder));
         return false;
     }
     void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) {
         const char* why = dlerror();
-        error = "cannot load " + path.string() + ": " + (why ? why : "unknown error");
+        error = "cannot load " + toUtf8(pathText(path)) + ": " + (why ? why : "unknown error");
         return false;
     }
     Module module{stem, path, handle, nullptr};

@@ -55,6 +55,13 @@ std::wstring trimmed(const std::wstring& s) {
 
 } // namespace
 
+fs::path runningExecutable(const char* argv0) {
+    std::error_code ec;
+    const fs::path self = fs::read_symlink("/proc/self/exe", ec);
+    if (!ec && self.is_absolute()) return self;
+    return fs::absolute(argv0 ? fs::path(argv0) : fs::path(), ec);
+}
+
 SessionOptions defaultSessionOptions(const fs::path& executable) {
     SessionOptions o;
     const fs::path exeDir = executable.has_parent_path() ? fs::absolute(executable).parent_path() : fs::current_path();
@@ -76,12 +83,13 @@ SessionOptions defaultSessionOptions(const fs::path& executable) {
 
 Session* Session::current() { return g_current; }
 
-Session::Session(SessionOptions options, std::unique_ptr<editor::InputSource> input, std::ostream& out)
+Session::Session(SessionOptions options, std::unique_ptr<editor::InputSource> input, std::ostream& out,
+                 std::ostream* errors)
     : m_options(std::move(options)), m_input(std::move(input)) {
     g_current = this;
     ResourceLibraries::instance().setSearchPath(m_options.resourcePath);
     ResourceLibraries::instance().setLanguage(m_options.language);
-    m_output = std::make_unique<editor::Output>(out);
+    m_output = std::make_unique<editor::Output>(out, errors);
     m_variables = std::make_unique<editor::SystemVariables>([this] { return m_db.get(); });
     m_editor = std::make_unique<editor::Editor>(*m_input, *m_output, *m_variables);
     editor::Editor::setCurrent(m_editor.get());
@@ -113,7 +121,7 @@ bool Session::loadModules() {
     for (const std::wstring& name : m_options.modules) {
         std::string error;
         if (!m_loader->load(name, error)) {
-            oxutPrintf(L"\nCannot load module %s: %s", toUtf8(name), error);
+            this->error(L"Cannot load module " + name + L": " + fromUtf8(error));
             ok = false;
         }
     }
@@ -135,7 +143,7 @@ bool Session::openDrawing(const fs::path& path) {
     files::FileStamp stamp;
     std::unique_ptr<OxDbDatabase> db = files::readDrawingFile(path, error, &stamp);
     if (!db) {
-        oxutPrintf(L"\nCannot open drawing: %s", error.message());
+        this->error(L"Cannot open drawing: " + fromUtf8(error.message()));
         return false;
     }
     adoptDrawing(std::move(db));
@@ -163,7 +171,7 @@ bool Session::saveDrawing(const fs::path& path) {
     std::string error;
     files::FileStamp stamp;
     if (!files::writeDrawingFile(*m_db, path, error, &stamp)) {
-        oxutPrintf(L"\nCannot save drawing: %s", error);
+        this->error(L"Cannot save drawing: " + fromUtf8(error));
         saveFailed();
         return false;
     }
@@ -180,8 +188,10 @@ bool Session::changedOnDisk(const fs::path& path) const {
     return m_stamp && now && !(*now == *m_stamp);
 }
 
+void Session::error(const std::wstring& text) { m_output->error(text); }
+
 void Session::internalError(const std::wstring& what) {
-    oxutPrintf(L"\nInternal error: %ls", what);
+    error(L"Internal error: " + what);
     if (m_exitCode == kExitOk || m_exitCode == kExitScriptEnded) m_exitCode = kExitInternalError;
 }
 
@@ -212,7 +222,7 @@ int Session::run() {
         runCommandLine(text);
         if (m_editor->inputEnded() && !m_quit) {
             setExitCode(kExitScriptEnded);
-            oxutPrintf(L"\nThe script ended inside a command; the command was cancelled.");
+            error(L"The script ended inside a command; the command was cancelled.");
             break;
         }
     }

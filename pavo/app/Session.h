@@ -57,9 +57,16 @@ struct SessionOptions {
 // separated) first, then next to the executable, then the source tree.
 SessionOptions defaultSessionOptions(const std::filesystem::path& executable);
 
+// The file of the running program, whatever it was started as (through
+// PATH, a symbolic link, from another folder): /proc/self/exe, else
+// `argv0` taken from the current folder.
+std::filesystem::path runningExecutable(const char* argv0);
+
 class Session {
 public:
-    Session(SessionOptions options, std::unique_ptr<editor::InputSource> input, std::ostream& out);
+    // Errors go to `errors` when given (pavo gives standard error), else to `out`.
+    Session(SessionOptions options, std::unique_ptr<editor::InputSource> input, std::ostream& out,
+            std::ostream* errors = nullptr);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -92,6 +99,9 @@ public:
 
     // Records an internal error (reported, and the exit status becomes 4).
     void internalError(const std::wstring& what);
+    // Reports an error: a file that cannot be read or written, a module
+    // that cannot be loaded (on standard error in pavo).
+    void error(const std::wstring& text);
     int exitCode() const { return m_exitCode; }
     void setExitCode(int code) {
         if (m_exitCode == kExitOk) m_exitCode = code;

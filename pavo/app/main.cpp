@@ -3,13 +3,13 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <memory>
 
 #include "app/Session.h"
 #include "base/Utf8.h"
 #include "editor/Input.h"
+#include "files/FileRead.h"
 #include "files/UserPath.h"
 
 namespace fs = std::filesystem;
@@ -37,12 +37,14 @@ int main(int argc, char** argv) {
     }
 
     std::unique_ptr<pavo::editor::InputSource> input;
-    pavo::app::SessionOptions options = pavo::app::defaultSessionOptions(fs::path(argv[0]));
+    pavo::app::SessionOptions options =
+        pavo::app::defaultSessionOptions(pavo::app::runningExecutable(argc > 0 ? argv[0] : nullptr));
     options.noDialogs = noDialogs;
     if (!script.empty()) {
-        auto stream = std::make_unique<std::ifstream>(script, std::ios::binary);
-        if (!*stream) {
-            std::cerr << "pavo: cannot read script " << script << "\n";
+        std::string problem;
+        std::unique_ptr<std::istream> stream = pavo::files::openScript(script, problem);
+        if (!stream) {
+            std::cerr << "pavo: cannot read the script " << script << ": " << problem << "\n";
             return ExitCode::kExitUsage;
         }
         input = pavo::editor::makeScriptInput(std::move(stream), script);
@@ -53,8 +55,10 @@ int main(int argc, char** argv) {
         input = pavo::editor::makeTerminalInput(options.historyFile);
     }
 
-    pavo::app::Session session(std::move(options), std::move(input), std::cout);
-    session.loadModules();
+    pavo::app::Session session(std::move(options), std::move(input), std::cout, &std::cerr);
+    // The module's commands are the reason pavo is started: without them a
+    // script would run on to wrong answers.
+    if (!session.loadModules()) return ExitCode::kExitModuleNotLoaded;
     if (!drawing.empty()) {
         if (!session.openDrawing(pavo::files::drawingToOpen(fs::path(drawing)))) return ExitCode::kExitBadDrawing;
     } else if (newDrawing) {

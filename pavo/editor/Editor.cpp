@@ -30,34 +30,45 @@ InputLine Editor::ask(const std::wstring& prompt, const std::vector<std::wstring
 }
 
 InputLine Editor::askLine(const std::wstring& prompt, const std::vector<std::wstring>& completions, bool again) {
-    if (m_inputEnded) return InputLine{};
-    const std::wstring text = again && !prompt.starts_with(L'\n') ? L"\n" + prompt : prompt;
-    const std::size_t lastBreak = text.rfind(L'\n');
-    const std::size_t lastLineStart = lastBreak == std::wstring::npos ? 0 : lastBreak + 1;
-    if (m_input->isTerminal()) {
-        // The line editor draws the prompt's last line itself, from the
-        // start of a line.
-        m_output->write(std::wstring_view(text).substr(0, lastLineStart));
-        if (!m_output->atLineStart()) m_output->finishLine();
-    } else {
-        m_output->write(text);
+    for (;; again = true) {
+        if (m_inputEnded) return InputLine{};
+        const std::wstring text = again && !prompt.starts_with(L'\n') ? L"\n" + prompt : prompt;
+        const std::size_t lastBreak = text.rfind(L'\n');
+        const std::size_t lastLineStart = lastBreak == std::wstring::npos ? 0 : lastBreak + 1;
+        if (m_input->isTerminal()) {
+            // The line editor draws the prompt's last line itself, from the
+            // start of a line.
+            m_output->write(std::wstring_view(text).substr(0, lastLineStart));
+            if (!m_output->atLineStart()) m_output->finishLine();
+        } else {
+            m_output->write(text);
+        }
+        m_output->flush();
+        InputLine line = m_unread ? std::move(*m_unread) : m_input->read(text.substr(lastLineStart), completions);
+        m_unread.reset();
+        switch (line.kind) {
+        case InputLine::Text:
+            if (line.text.find('\0') != std::string::npos) {
+                // Every name and text would end at it: the answer is not taken.
+                std::wstring shown = pavo::fromUtf8(line.text);
+                for (wchar_t& ch : shown)
+                    if (ch == L'\0') ch = L'?';
+                m_output->answered(shown, m_input->echoes());
+                refuse(L"An answer cannot hold the NUL character; give it again.");
+                continue;
+            }
+            m_output->answered(pavo::fromUtf8(line.text), m_input->echoes());
+            break;
+        case InputLine::Cancel:
+            m_output->answered(L"*Cancel*", true);
+            break;
+        case InputLine::End:
+            // A terminal goes on after Ctrl-D; a script or a pipe is used up.
+            if (!m_input->isTerminal()) m_inputEnded = true;
+            break;
+        }
+        return line;
     }
-    m_output->flush();
-    InputLine line = m_unread ? std::move(*m_unread) : m_input->read(text.substr(lastLineStart), completions);
-    m_unread.reset();
-    switch (line.kind) {
-    case InputLine::Text:
-        m_output->answered(pavo::fromUtf8(line.text), m_input->echoes());
-        break;
-    case InputLine::Cancel:
-        m_output->answered(L"*Cancel*", true);
-        break;
-    case InputLine::End:
-        // A terminal goes on after Ctrl-D; a script or a pipe is used up.
-        if (!m_input->isTerminal()) m_inputEnded = true;
-        break;
-    }
-    return line;
 }
 
 void Editor::refuse(const wchar_t* message) { m_output->write(std::wstring(L"\n") + message); }

@@ -21,6 +21,21 @@ void Output::write(std::wstring_view text) {
     m_atLineStart = text.back() == L'\n';
 }
 
+void Output::error(std::wstring_view text) {
+    if (m_errors == m_out) {
+        write(L"\n" + std::wstring(text));
+        return;
+    }
+    // On a screen the message takes a line of its own; the output's next
+    // line break is then already written.
+    if (!m_atLineStart) *m_out << '\n';
+    m_atLineStart = true;
+    m_afterAnswer = true;
+    m_out->flush();
+    *m_errors << pavo::toUtf8(text) << '\n';
+    m_errors->flush();
+}
+
 void Output::answered(std::wstring_view echo, bool echoIt) {
     if (echoIt) {
         *m_out << pavo::toUtf8(echo);

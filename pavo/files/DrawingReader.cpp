@@ -247,7 +247,7 @@ private:
         }
         WriteOpen<OxDbDictionary> nod(m_ctx.impl.namedObjects);
         if (!nod) return m_ctx.fail(at, "the named-objects dictionary cannot be opened");
-        if (nod->has(key.kwszPtr())) return m_ctx.fail(at, "duplicate key \"" + key.utf8() + "\" in namedObjects");
+        if (nod->has(key.kwszPtr())) return m_ctx.fail(at, "duplicate key " + quoteValue(key.utf8()) + " in namedObjects");
         return addToDictionary(*nod.get(), key, new OxDbDictionary, cell, at, "the dictionary", id);
     }
 
@@ -351,7 +351,7 @@ private:
             if (!good || !m_ctx.requireKeys(seen, 3, keys, what, n.at)) return false;
             if (dict->has(n.name.kwszPtr()))
                 return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt,
-                                    "duplicate name \"" + n.name.utf8() + "\" (names ignore letter case)");
+                                    "duplicate name " + quoteValue(n.name.utf8()) + " (names ignore letter case)");
             OxDbObject* obj = nullptr;
             if (isMaterial) {
                 auto* material = new OxDbMaterial;
@@ -574,7 +574,7 @@ private:
             if (!good || !m_ctx.requireKeys(seen, 0xB, keys, "a layout", n.at)) return false;
             if (dict->has(n.name.kwszPtr()))
                 return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt,
-                                    "duplicate layout name \"" + n.name.utf8() + "\" (names ignore letter case)");
+                                    "duplicate layout name " + quoteValue(n.name.utf8()) + " (names ignore letter case)");
             WriteOpen<OxDbBlockTableRecord> block(blockId);
             if (!block) return m_ctx.failAt(blockPointer, blockAt, "the layout's block is not a block of the drawing");
             if (block->isLayout()) return m_ctx.failAt(blockPointer, blockAt, "the block already belongs to a layout");
@@ -625,7 +625,7 @@ private:
             if (!good || !m_ctx.requireKeys(seen, 3, keys, "plot settings", n.at)) return false;
             if (dict->has(n.name.kwszPtr()))
                 return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt,
-                                    "duplicate plot settings name \"" + n.name.utf8() + "\"");
+                                    "duplicate plot settings name " + quoteValue(n.name.utf8()));
             OxDbObjectId id;
             return addToDictionary(*dict.get(), n.name, settings.release(), n.cell, n.at, "the plot settings", id);
         });
@@ -668,7 +668,7 @@ private:
             if (!good || !m_ctx.requireKeys(seen, 3, keys, "a layer state", n.at)) return false;
             if (dict->has(n.name.kwszPtr()))
                 return m_ctx.failAt(m_ctx.pointerWith("name"), n.nameAt,
-                                    "duplicate layer state name \"" + n.name.utf8() + "\"");
+                                    "duplicate layer state name " + quoteValue(n.name.utf8()));
             state->setLayers(std::move(entries));
             OxDbObjectId id;
             return addToDictionary(*dict.get(), n.name, state.release(), n.cell, n.at, "the layer state", id);
@@ -720,14 +720,14 @@ private:
         const auto* current = peek<OxDbLayerTableRecord>(d.clayer);
         if (current && current->isFrozen())
             return m_ctx.failAt(m_clayer.pointer, m_clayer.at,
-                                "the current layer \"" + current->name().utf8() + "\" is frozen");
+                                "the current layer " + quoteValue(current->name().utf8()) + " is frozen");
         d.celtype = m_celtype.given ? m_celtype.id : d.byLayerLinetype;
         if (m_cepstyle.given && d.cepstyle.compareNoCase(L"ByLayer") != 0 && d.cepstyle.compareNoCase(L"ByBlock") != 0) {
             const auto* styles = peek<OxDbDictionary>(d.plotStyleNameDictionary);
             OxDbObjectId id;
             if (!styles || styles->getAt(d.cepstyle.kwszPtr(), id) != Ox::eOk)
                 return m_ctx.failAt(m_cepstyle.pointer, m_cepstyle.at,
-                                    "cepstyle \"" + d.cepstyle.utf8() + "\" is not a plot style of the drawing");
+                                    "cepstyle " + quoteValue(d.cepstyle.utf8()) + " is not a plot style of the drawing");
         }
         d.currentLayout = m_ctab.id;
         for (const auto& id : m_lockedLayers) {

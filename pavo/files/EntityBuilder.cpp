@@ -113,12 +113,11 @@ struct EntityBuilder::Impl {
             if (!m_ctx.defineHandle(b.handle, b.handleAt, cell)) return false;
         }
         if (!complete) return false;
-        std::optional<JsonIn::PathScope> entities;
-        if (b.hasEntities) entities.emplace(m_ctx, "entities");
         OxDbObjectId id;
         if (!m_ctx.addRecord(*m_blockTable->get(), b.record.release(), cell, b.name, b.nameAt, "block", &id))
             return false;
         if (!b.hasEntities) return true;
+        JsonIn::PathScope entities(m_ctx, "entities");
         m_block.emplace(id);
         return *m_block || m_ctx.fail(b.at, "the block cannot be opened");
     }

@@ -208,8 +208,8 @@ struct EntityReader::Impl {
             if (!c.utf8(v, name)) return false;
             f.type = entityTypeFromName(name);
             if (f.type == EntityType::Unknown)
-                return c.fail(JsonIn::where(v), "unknown entity type \"" + std::string(name) +
-                                                    "\" (line, circle, arc, polyline, point, text, attdef, "
+                return c.fail(JsonIn::where(v), "unknown entity type " + quoteValue(name) +
+                                                    " (line, circle, arc, polyline, point, text, attdef, "
                                                     "insert, viewport)");
             return true;
         }

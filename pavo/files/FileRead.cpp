@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <system_error>
 #include <thread>
 #include <unistd.h>
@@ -94,6 +95,24 @@ bool InputFile::readInto(char* out, std::size_t size) {
         m_problem = error ? std::strerror(error) : "the file became shorter while it was read";
     }
     return ok;
+}
+
+std::unique_ptr<std::istream> openScript(const std::filesystem::path& path, std::string& problem) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        problem = std::strerror(errno);
+        return nullptr;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        problem = std::strerror(EISDIR);
+        return nullptr;
+    }
+    auto stream = std::make_unique<std::ifstream>(path, std::ios::binary);
+    if (!*stream) {
+        problem = std::strerror(errno ? errno : EACCES);
+        return nullptr;
+    }
+    return stream;
 }
 
 std::optional<std::string> readFileText(const std::filesystem::path& path, std::string& problem) {

@@ -7,6 +7,8 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <istream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
@@ -40,6 +42,11 @@ private:
 // Why `status` is not the status of a regular file ("Is a directory", "is
 // a FIFO, not a regular file"); empty when it is one.
 std::string notRegularReason(const struct stat& status);
+
+// A script read line by line as it comes: a regular file, or a FIFO or a
+// pipe another program writes (`--script <(make-script)`). Null, with the
+// system's reason, for a folder or a file that cannot be opened.
+std::unique_ptr<std::istream> openScript(const std::filesystem::path& path, std::string& problem);
 
 // The whole content of the file at `path`; nullopt, with `problem`, when
 // it cannot be read.

@@ -1,7 +1,10 @@
 #include "files/JsonIn.h"
 
 #include <charconv>
+#include <cmath>
+#include <cstdlib>
 
+#include "base/Quoted.h"
 #include "base/Utf8.h"
 #include "files/DrawingFormat.h"
 
@@ -107,10 +110,15 @@ bool JsonIn::fail(const char* at, std::string problem) { return failAt(pointer()
 bool JsonIn::failJson(simdjson::error_code code, const char* at) {
     std::string problem;
     switch (code) {
-    case simdjson::TAPE_ERROR:
     case simdjson::INCOMPLETE_ARRAY_OR_OBJECT:
     case simdjson::UNCLOSED_STRING:
     case simdjson::EMPTY:
+        // Found at the start, but what is wrong is where the text stops.
+        return fail(m_end, code == simdjson::EMPTY ? "the drawing is empty"
+                           : code == simdjson::UNCLOSED_STRING
+                               ? "the drawing ends early (truncated?), inside a text"
+                               : "the drawing ends early (truncated?), inside an object or a list");
+    case simdjson::TAPE_ERROR:
         problem = "the JSON is malformed or truncated (";
         break;
     case simdjson::UTF8_ERROR:
@@ -154,14 +162,46 @@ bool JsonIn::typeError(sj::value& v, std::string_view expected) {
     return fail(at, "expected " + std::string(expected) + ", found " + found);
 }
 
+namespace {
+
+// The text of a number as written, cut to a readable length.
+std::string numberText(sj::value& v) {
+    std::string_view token = v.raw_json_token();
+    token = token.substr(0, token.find_first_not_of("0123456789+-.eE"));
+    return token.size() > 40 ? std::string(token.substr(0, 40)) + "..." : std::string(token);
+}
+
+bool isNumber(sj::value& v) {
+    sj::json_type type;
+    return !v.type().get(type) && type == sj::json_type::number;
+}
+
+} // namespace
+
 bool JsonIn::number(sj::value& v, double& out) {
-    if (v.get_double().get(out)) return typeError(v, "a number");
+    if (!v.get_double().get(out)) return true;
+    if (!isNumber(v)) return typeError(v, "a number");
+    const std::string text = numberText(v);
+    const double value = std::strtod(std::string(v.raw_json_token()).c_str(), nullptr);
+    if (std::isinf(value)) return fail(where(v), text + " is too large");
+    out = value; // nearer to 0 than a number can be: 0, as the schema's range allows
+    return true;
+}
+
+bool JsonIn::wholeNumber(sj::value& v, std::int64_t& out, std::string_view expected) {
+    if (!v.get_int64().get(out)) return true;
+    if (!isNumber(v)) return typeError(v, expected);
+    // 1.0 and 1e3 are whole numbers too.
+    const double value = std::strtod(std::string(v.raw_json_token()).c_str(), nullptr);
+    if (value != std::trunc(value)) return fail(where(v), numberText(v) + " is not a whole number");
+    if (!(std::fabs(value) < 9.2e18)) return fail(where(v), numberText(v) + " is too large");
+    out = static_cast<std::int64_t>(value);
     return true;
 }
 
 bool JsonIn::integer(sj::value& v, long long& out, long long lo, long long hi) {
     std::int64_t value = 0;
-    if (v.get_int64().get(value)) return typeError(v, "an integer");
+    if (!wholeNumber(v, value, "an integer")) return false;
     if (value < lo || value > hi)
         return fail(where(v), "the value " + std::to_string(value) + " is out of range (" + std::to_string(lo) +
                                   " to " + std::to_string(hi) + ")");
@@ -188,8 +228,9 @@ bool JsonIn::plainString(sj::value& v, std::string_view& out) {
 }
 
 bool JsonIn::utf8(sj::value& v, std::string_view& out) {
-    if (plainString(v, out)) return true;
-    if (v.get_string().get(out)) return typeError(v, "a string");
+    if (!plainString(v, out) && v.get_string().get(out)) return typeError(v, "a string");
+    // A name or text would be cut at it further on.
+    if (out.find('\0') != std::string_view::npos) return fail(where(v), "a text cannot hold the character U+0000");
     return true;
 }
 
@@ -242,8 +283,8 @@ bool JsonIn::color(sj::value& v, OxCmColor& out) {
         else if (s == "none")
             out.setColorMethod(OxCmEntityColor::kNone);
         else
-            return fail(at, "unknown colour \"" + std::string(s) +
-                                "\" (bylayer, byblock, none, an index or {\"rgb\": [r, g, b]})");
+            return fail(at, "unknown colour " + quoteValue(s) +
+                                " (bylayer, byblock, none, an index or {\"rgb\": [r, g, b]})");
         return true;
     }
     if (type == sj::json_type::number) {
@@ -298,7 +339,7 @@ bool JsonIn::transparency(sj::value& v, OxCmTransparency& out) {
         else if (s == "byblock")
             out.setMethod(OxCmTransparency::kByBlock);
         else
-            return fail(at, "unknown transparency \"" + std::string(s) + "\" (bylayer, byblock or {\"alpha\": n})");
+            return fail(at, "unknown transparency " + quoteValue(s) + " (bylayer, byblock or {\"alpha\": n})");
         return true;
     }
     if (type != sj::json_type::object) return typeError(v, "a transparency");
@@ -314,7 +355,7 @@ bool JsonIn::transparency(sj::value& v, OxCmTransparency& out) {
 
 bool JsonIn::lineWeight(sj::value& v, OxDb::LineWeight& out) {
     std::int64_t value = 0;
-    if (v.get_int64().get(value)) return typeError(v, "a lineweight (an integer)");
+    if (!wholeNumber(v, value, "a lineweight (an integer)")) return false;
     if (!isValidLineWeight(value))
         return fail(where(v), "invalid lineweight " + std::to_string(value) +
                                   " (hundredths of a millimetre from the standard set, or -1, -2, -3)");
@@ -343,7 +384,7 @@ bool JsonIn::handleFromText(std::string_view s, const char* at, std::uint64_t& o
     auto res = std::from_chars(s.data(), s.data() + s.size(), value, 16);
     if (s.empty() || s.size() > 16 || res.ec != std::errc() || res.ptr != s.data() + s.size() || s.front() == '-' ||
         s.front() == '+')
-        return fail(at, std::string("\"").append(s) + "\" is not a handle (a hexadecimal number like \"1F\")");
+        return fail(at, quoteValue(s) + " is not a handle (a hexadecimal number like \"1F\")");
     if (value == 0) return fail(at, "handle 0 is not a handle");
     out = value;
     return true;

@@ -14,6 +14,7 @@
 #include "OxDb.h"
 #include "OxGe.h"
 #include "OxString.h"
+#include "base/Quoted.h"
 #include "files/DrawingFile.h"
 
 namespace pavo::files {
@@ -93,9 +94,13 @@ public:
     void adoptFailure(const LoadError& error);
 
     bool typeError(sj::value& v, std::string_view expected);
+    // A number; one beyond the largest is refused ("1e309 is too large").
     bool number(sj::value& v, double& out);
+    // A whole number (1, 1.0 or 1e3) that fits 64 bits.
+    bool wholeNumber(sj::value& v, std::int64_t& out, std::string_view expected);
     bool integer(sj::value& v, long long& out, long long lo, long long hi);
     bool boolean(sj::value& v, bool& out);
+    // A string; one holding U+0000 is refused.
     bool utf8(sj::value& v, std::string_view& out);
     bool text(sj::value& v, OxString& out);
     bool nonEmptyText(sj::value& v, OxString& out);
@@ -151,8 +156,13 @@ bool JsonIn::fields(sj::object object, const KeyTable& keys, std::string_view wh
             if (auto e = field.unescaped_key().get(key)) return failJson(e);
         const int index = keys.find(key);
         m_keyAt = keyAt;
-        if (index < 0)
-            return failAt(pointerWith(key), keyAt, "unknown key \"" + std::string(key) + "\" in " + std::string(what));
+        if (index < 0) {
+            const std::string shown = quoteValue(key);
+            // A key that is not itself shown whole does not go into the pointer either.
+            const bool whole = shown.size() == key.size() + 2;
+            return failAt(whole ? pointerWith(key) : pointer(), keyAt,
+                          "unknown key " + shown + " in " + std::string(what));
+        }
         const std::uint64_t bit = std::uint64_t(1) << index;
         if (seen & bit)
             return failAt(pointerWith(key), keyAt,

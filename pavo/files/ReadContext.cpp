@@ -99,7 +99,7 @@ bool ReadContext::addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* recor
                             const char* nameAt, const char* what, OxDbObjectId* idOut) {
     std::unique_ptr<OxDbSymbolTableRecord> owned(record);
     if (record->setName(name.kwszPtr()) != Ox::eOk)
-        return failAt(pointerWith("name"), nameAt, "invalid " + std::string(what) + " name");
+        return failAt(pointerWith("name"), nameAt, "invalid " + std::string(what) + " name " + quoteValue(name.utf8()));
     expectCell(cell);
     OxDbObjectId id;
     const Ox::ErrorStatus es = table.add(id, record);
@@ -107,8 +107,8 @@ bool ReadContext::addRecord(OxDbSymbolTable& table, OxDbSymbolTableRecord* recor
         dropCell();
         std::string problem =
             es == Ox::eDuplicateRecordName
-                ? "duplicate " + std::string(what) + " name \"" + name.utf8() + "\" (names ignore letter case)"
-                : "invalid " + std::string(what) + " name \"" + name.utf8() + "\"";
+                ? "duplicate " + std::string(what) + " name " + quoteValue(name.utf8()) + " (names ignore letter case)"
+                : "invalid " + std::string(what) + " name " + quoteValue(name.utf8());
         return failAt(pointerWith("name"), nameAt, problem);
     }
     owned.release()->close();
