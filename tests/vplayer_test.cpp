@@ -129,8 +129,9 @@ TEST(VplayerReset, BackToTheDefaultForNewViewportsWithoutOverrides) {
 }
 
 TEST(VplayerNewfrz, AllNewLayersAreMarkedButOnlyTheLastIsFrozen) {
+    // A name given twice makes one layer, which is then the last one made.
     ScriptedSession s(inPlan({"VPLAYER", "Newfrz", "N-ONE, N-TWO", "Newfrz", "A-WALL,bad<name,a-wall", "Newfrz", "",
-                              ""}));
+                              "Newfrz", "N-SAME,n-same", ""}));
     EXPECT_EQ(s.run(), 0);
     OxDbDatabase* db = s.database();
     EXPECT_TRUE(vpdflt(db, L"N-ONE"));
@@ -139,7 +140,9 @@ TEST(VplayerNewfrz, AllNewLayersAreMarkedButOnlyTheLastIsFrozen) {
         const Names frozen = frozenIn(viewport);
         EXPECT_EQ(std::count(frozen.begin(), frozen.end(), "N-TWO"), 1);
         EXPECT_EQ(std::count(frozen.begin(), frozen.end(), "N-ONE"), 0);
+        EXPECT_EQ(std::count(frozen.begin(), frozen.end(), "N-SAME"), 1);
     }
+    EXPECT_TRUE(vpdflt(db, L"N-SAME"));
     EXPECT_TRUE(frozenIn(plan(db, 1)).empty()) << "the sheets are left alone";
     const std::string t = s.transcript();
     EXPECT_NE(t.find("New frozen layer name(s): A-WALL,bad<name,a-wall\nLayer with name A-WALL already exists!\n"

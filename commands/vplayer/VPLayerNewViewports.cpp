@@ -71,8 +71,12 @@ int Pavo6831Command::VPLayerNewfrz() {
         layer->setColor(white);
         layer->setVPDFLT(true);
         layer->setDescription(L"");
-        table->add(keptId, layer);
-        if (!keptId.isNull()) {
+        // A name given twice in the list is refused by the table the second
+        // time: that record is dropped and the layer made before it stays
+        // the last one made.
+        OxDbObjectId added;
+        if (table->add(added, layer) == Ox::eOk && !added.isNull()) {
+            keptId = added;
             OxDbSystemInternals::getImpObject(layer)->setIsInUseBit(false);
             plotSettings->close();
             layer->close();
