@@ -189,11 +189,19 @@ TEST(VplayerFiles, EverythingSurvivesSaveAndReopen) {
     EXPECT_FALSE(overridesOf(db, L"A-WALL", viewportOf(db, L"A3 Detail", 2)).hasColor);
 }
 
-// A layer state records the freeze state of the viewport it is saved in and
-// gives it to the viewport current when it is restored.
+// A layer state records the freeze state of the viewport it is saved in,
+// keeps it in the drawing file, and gives it to the viewport current when it
+// is restored.
 TEST(VplayerLayerStates, TheCurrentViewportsFreezeState) {
-    ScriptedSession s({"CTAB", "A1 Plan", "CVPORT", "3", "-LAYER", "stAte", "Save", "Living", "", "", "",
-                       "CVPORT", "2", "LAYERSTATE", "Restore", "Living", ""});
+    TempFolder dir;
+    const std::string file = dir.path("states.pvd");
+    {
+        ScriptedSession s({"CTAB", "A1 Plan", "CVPORT", "3", "-LAYER", "stAte", "Save", "Living", "", "", "",
+                           "SAVEAS", file});
+        EXPECT_EQ(s.run(), 0) << s.transcript();
+    }
+    ScriptedSession s({"OPEN", file, "CVPORT", "2", "LAYERSTATE", "Restore", "Living", ""});
     EXPECT_EQ(s.run(), 0) << s.transcript();
     EXPECT_EQ(frozenIn(plan2(s.database())), std::vector<std::string>{"A-FURN"}) << s.transcript();
+    EXPECT_EQ(frozenIn(viewportOf(s.database(), L"A1 Plan", 3)), std::vector<std::string>{"A-FURN"});
 }
