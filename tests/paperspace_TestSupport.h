@@ -13,17 +13,11 @@
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
 #include "db/PaperSpace.h"
+#include "layer_TestSupport.h"
 
 namespace papertest {
 
-inline OxDbObjectId layerNamed(OxDbDatabase* db, const wchar_t* name) {
-    OxDbLayerTable* table = nullptr;
-    OxDbObjectId id;
-    if (db->getLayerTable(table, OxDb::kForRead) != Ox::eOk) return id;
-    table->getIdAt(name, id);
-    table->close();
-    return id;
-}
+using layertest::layerId;
 
 // Viewport `number` of layout `layout` (null when either is missing).
 inline OxDbObjectId viewportOf(OxDbDatabase* db, const wchar_t* layout, int number) {
@@ -60,7 +54,7 @@ inline void freezeIn(OxDbDatabase* db, const OxDbObjectId& viewportId, const wch
     OxDbViewport* viewport = nullptr;
     ASSERT_EQ(oxdbOpenObject(viewport, viewportId, OxDb::kForWrite), Ox::eOk);
     OxDbObjectIdArray ids;
-    ids.append(layerNamed(db, layer));
+    ids.append(layerId(db, layer));
     viewport->freezeLayersInViewport(ids);
     viewport->close();
 }
@@ -69,7 +63,7 @@ inline void freezeIn(OxDbDatabase* db, const OxDbObjectId& viewportId, const wch
 inline OxDbLayerViewportOverrides overridesOf(OxDbDatabase* db, const wchar_t* layer, const OxDbObjectId& viewportId) {
     OxDbLayerViewportOverrides found;
     OxDbLayerTableRecord* record = nullptr;
-    EXPECT_EQ(oxdbOpenObject(record, layerNamed(db, layer), OxDb::kForRead), Ox::eOk);
+    EXPECT_EQ(oxdbOpenObject(record, layerId(db, layer), OxDb::kForRead), Ox::eOk);
     if (!record) return found;
     found = record->viewportOverrides(viewportId);
     record->close();
@@ -77,12 +71,7 @@ inline OxDbLayerViewportOverrides overridesOf(OxDbDatabase* db, const wchar_t* l
 }
 
 inline bool vpdflt(OxDbDatabase* db, const wchar_t* layer) {
-    OxDbLayerTableRecord* record = nullptr;
-    EXPECT_EQ(oxdbOpenObject(record, layerNamed(db, layer), OxDb::kForRead), Ox::eOk);
-    if (!record) return false;
-    const bool value = record->VPDFLT();
-    record->close();
-    return value;
+    return layertest::readLayer<bool>(db, layer, [](const OxDbLayerTableRecord& l) { return l.VPDFLT(); });
 }
 
 } // namespace papertest

@@ -185,7 +185,7 @@ TEST(Mview, TwoCornersOrTheSheetShowingTheWholeModel) {
     OxDbDatabase* db = s.database();
     for (const wchar_t* layer : {L"A-ANNO-DIMS", L"A-ANNO-TEXT"}) {
         OxDbLayerTableRecord* record = nullptr;
-        ASSERT_EQ(oxdbOpenObject(record, layerNamed(db, layer), OxDb::kForWrite), Ox::eOk);
+        ASSERT_EQ(oxdbOpenObject(record, layerId(db, layer), OxDb::kForWrite), Ox::eOk);
         record->setVPDFLT(true);
         record->close();
     }

@@ -43,7 +43,7 @@ TEST(VplayerColor, AnIndexWithItsSignDropped) {
     EXPECT_EQ(overridesOf(db, L"A-DOOR", plan2(db)).color, OxCmColor::fromRgb(10, 20, 30));
     EXPECT_FALSE(overridesOf(db, L"A-GLAZ", plan2(db)).hasColor) << "cancelled at the viewport prompt";
     OxDbLayerTableRecord* wall = nullptr;
-    ASSERT_EQ(oxdbOpenObject(wall, layerNamed(db, L"A-WALL"), OxDb::kForRead), Ox::eOk);
+    ASSERT_EQ(oxdbOpenObject(wall, layerId(db, L"A-WALL"), OxDb::kForRead), Ox::eOk);
     EXPECT_FALSE(wall->isOff()) << "unlike -LAYER, a negative index turns nothing off";
     EXPECT_EQ(wall->color(), OxCmColor::fromIndex(7));
     wall->close();
@@ -88,15 +88,8 @@ TEST(VplayerLineweight, RoundingInInchesAndMillimetres) {
                        "L2", "", "", "LWUNITS", "1", "VPLAYER", "LWeight", "0.07", "L3", "", "LWeight", "3.0", "L4", "",
                        "LWeight", "Default", "L5", "", "LWeight", "-1", "?", "0.5", "L6", "", "LWeight", "", ""});
     OxDbDatabase* db = s.database();
-    for (const wchar_t* name : {L"L1", L"L2", L"L3", L"L4", L"L5", L"L6"}) {
-        OxDbLayerTable* table = nullptr;
-        ASSERT_EQ(db->getLayerTable(table, OxDb::kForWrite), Ox::eOk);
-        auto* layer = new OxDbLayerTableRecord();
-        layer->setName(name);
-        ASSERT_EQ(table->add(layer), Ox::eOk);
-        layer->close();
-        table->close();
-    }
+    for (const wchar_t* name : {L"L1", L"L2", L"L3", L"L4", L"L5", L"L6"})
+        ASSERT_FALSE(layertest::addLayer(db, name).isNull());
     EXPECT_EQ(s.run(), 0);
     EXPECT_EQ(lineWeightOf(db, L"L1"), 5);   // 0.002 inches is nearer
     EXPECT_EQ(lineWeightOf(db, L"L2"), 211); // over 0.083 inches

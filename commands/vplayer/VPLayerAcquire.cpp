@@ -11,7 +11,7 @@
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
 #include "Pavo6831Command.h"
-#include "PavoGraphics.h"
+#include "VPLayerLayouts.h"
 #include "VxDbUtil.h"
 #include "layerhelper/PavoLayerHelper.h"
 #include "oxed.h"
@@ -44,26 +44,11 @@ OxString layerPrompt(int optionCode) {
     }
 }
 
-// True while the user works inside a viewport (model space of a layout).
-bool inViewportModelSpace() {
-    PavoGraphics* graphics = GetActiveGraphics();
-    PavoGsView* view = graphics ? graphics->activeGsView() : nullptr;
-    return view && view->viewingSpace() == PavoGsView::kModelSpace;
-}
-
 // Appends every viewport of every layout, in layout dictionary order.
 int appendAllViewports(OxDbDatabase* database, OxArray<OxDbObjectId>& viewportIds) {
     OxDbDictionary* layouts = nullptr;
     if (oxdbOpenObject(layouts, database->layoutDictionaryId(), OxDb::kForRead) != Ox::eOk) return STATUS_ERROR;
-    if (OxDbDictionaryIterator* it = layouts->newIterator()) {
-        for (; !it->done(); it->next()) {
-            OxDbLayout* layout = nullptr;
-            if (it->getObject(layout, OxDb::kForRead) != Ox::eOk) continue;
-            viewportIds.append(layout->getViewportArray());
-            layout->close();
-        }
-        delete it;
-    }
+    vxlayer::forEachLayout(*layouts, [&](OxDbLayout& layout) { viewportIds.append(layout.getViewportArray()); });
     layouts->close();
     return STATUS_NORMAL;
 }
@@ -87,7 +72,7 @@ bool activeViewport(OxDbObjectId& viewportId) {
 // Picks viewports on the sheet (from inside a viewport the pick goes to
 // paper space and back).
 int selectViewports(OxArray<OxDbObjectId>& viewportIds) {
-    const bool fromModelSpace = inViewportModelSpace();
+    const bool fromModelSpace = vxlayer::inViewportModelSpace();
     if (fromModelSpace) oxedPspace();
     const OxString prompt = oxmdOxResourceString(11279, L"\nSelect object: ");
     const wchar_t* prompts[2] = {prompt.kwszPtr(), prompt.kwszPtr()};

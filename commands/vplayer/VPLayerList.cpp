@@ -3,7 +3,7 @@
 #include "OxDbSymbolTable.h"
 #include "Pavo6831Command.h"
 #include "PavoEntSelector.h"
-#include "PavoGraphics.h"
+#include "VPLayerLayouts.h"
 #include "oxed.h"
 #include "oxedSelection.h"
 #include "oxmd.h"
@@ -19,12 +19,6 @@ constexpr int kExcludeOption = 0x2800;
 constexpr int kFirstExclusions = 0x8300;
 constexpr int kViewportsExcluded = 0x200;
 constexpr int kOffAndFrozenInViewport = 0x401;
-
-bool inViewportModelSpace() {
-    PavoGraphics* graphics = GetActiveGraphics();
-    PavoGsView* view = graphics ? graphics->activeGsView() : nullptr;
-    return view && view->viewingSpace() == PavoGsView::kModelSpace;
-}
 
 } // namespace
 
@@ -49,7 +43,7 @@ int SelForList(OxDbObjectId& picked, const wchar_t* prompt) {
 }
 
 int Pavo6831Command::VPLayerList() {
-    const bool fromModelSpace = inViewportModelSpace();
+    const bool fromModelSpace = vxlayer::inViewportModelSpace();
     const OxString prompt = oxmdOxResourceString(10559, L"\nSelect a viewport : ");
     OxDbObjectId picked;
     for (;;) {

@@ -8,6 +8,7 @@
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
 #include "Pavo6831Command.h"
+#include "VPLayerLayouts.h"
 #include "VPLayerStatus.h"
 #include "layerhelper/LayerRecords.h"
 #include "oxed.h"
@@ -20,17 +21,11 @@ OxArray<OxDbObjectId> paperSpaceViewports(OxDbDatabase* database) {
     OxArray<OxDbObjectId> viewports;
     OxDbDictionary* layouts = nullptr;
     if (database->getLayoutDictionary(layouts, OxDb::kForRead) != Ox::eOk) return viewports;
-    if (OxDbDictionaryIterator* it = layouts->newIterator()) {
-        for (; !it->done(); it->next()) {
-            OxDbLayout* layout = nullptr;
-            if (it->getObject(layout, OxDb::kForRead) != Ox::eOk) continue;
-            OxString name;
-            layout->getLayoutName(name);
-            if (name.compareNoCase(L"Model") != 0) viewports.append(layout->getViewportArray());
-            layout->close();
-        }
-        delete it;
-    }
+    vxlayer::forEachLayout(*layouts, [&](OxDbLayout& layout) {
+        OxString name;
+        layout.getLayoutName(name);
+        if (name.compareNoCase(L"Model") != 0) viewports.append(layout.getViewportArray());
+    });
     layouts->close();
     return viewports;
 }
