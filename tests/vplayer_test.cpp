@@ -33,7 +33,7 @@ int regenAllMarks(ScriptedSession& s) { return s.database()->undoController()->r
 
 void setVpdflt(OxDbDatabase* db, const wchar_t* name, bool value) {
     OxDbLayerTableRecord* layer = nullptr;
-    ASSERT_EQ(oxdbOpenObject(layer, layerNamed(db, name), OxDb::kForWrite), Ox::eOk);
+    ASSERT_EQ(oxdbOpenObject(layer, layerId(db, name), OxDb::kForWrite), Ox::eOk);
     layer->setVPDFLT(value);
     layer->close();
 }
@@ -125,7 +125,7 @@ TEST(VplayerReset, BackToTheDefaultForNewViewportsWithoutOverrides) {
     EXPECT_EQ(frozenIn(plan(db, 3)), Names{"A-WALL"}) << "A-FURN is not frozen in new viewports: thawed";
     EXPECT_EQ(frozenIn(detail(db, 2)), (Names{"E-POWR", "M-HVAC", "A-WALL"}));
     EXPECT_FALSE(overridesOf(db, L"A-WALL", detail(db, 2)).hasColor) << "the sample's override is gone";
-    EXPECT_EQ(s.database()->clayer(), layerNamed(db, L"A-WALL"));
+    EXPECT_EQ(s.database()->clayer(), layerId(db, L"A-WALL"));
 }
 
 TEST(VplayerNewfrz, AllNewLayersAreMarkedButOnlyTheLastIsFrozen) {
@@ -172,7 +172,8 @@ TEST(VplayerVpvisdflt, EnterMeansThawed) {
 }
 
 TEST(VplayerList, FrozenLayersOfAPickedViewport) {
-    ScriptedSession s(inPlan({"VPLAYER", "List", "760,420", "662,420", "?", "20,300", "", "List", "651,10"}));
+    ScriptedSession s(inPlan({"VPLAYER", "List", "760,420", "662,420", "?", "20,300", "", "Freeze", "A-DOOR", "",
+                              "List", "651,10"}));
     EXPECT_EQ(s.run(), 0);
     const std::string t = s.transcript();
     EXPECT_NE(t.find("Select a viewport : 760,420\nUnable to use that selection.  Please try again.\n"
@@ -180,13 +181,14 @@ TEST(VplayerList, FrozenLayersOfAPickedViewport) {
               std::string::npos)
         << t;
     // The sheet of "A3 Detail" is not an object; a title block is not a
-    // viewport, which ends the command unregenerated.
+    // viewport, which ends the command unregenerated, even after a change.
     EXPECT_NE(t.find("Select a viewport : 20,300\nUnable to use"), std::string::npos) << t;
-    EXPECT_NE(t.find("Select a viewport : \n" + std::string(kLayoutPrompt) + "List\nSelect a viewport : 651,10\n"
-                     "Command: "),
-              std::string::npos)
+    EXPECT_NE(t.find("Select a viewport : \n" + std::string(kLayoutPrompt) + "Freeze\n"), std::string::npos) << t;
+    EXPECT_NE(t.find(std::string(kLayoutPrompt) + "List\nSelect a viewport : 651,10\nCommand: "), std::string::npos)
         << t;
+    EXPECT_EQ(frozenIn(plan(s.database(), 2)), Names{"A-DOOR"});
     EXPECT_EQ(regenerations(s), 0);
+    EXPECT_EQ(regenAllMarks(s), 0);
 }
 
 TEST(VplayerList, AViewportWithNothingFrozenAndAPercentInAName) {
