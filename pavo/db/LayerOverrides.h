@@ -27,11 +27,6 @@ public:
     void set(const OxDbObjectId& viewport, const V& value) {
         const std::uint32_t code = codeOf(value);
         if (m_viewports.empty() || m_viewports.back() < viewport) {
-            // A layer overridden in one viewport is often overridden in many.
-            if (m_viewports.size() == m_viewports.capacity()) {
-                m_viewports.reserve(std::max<std::size_t>(16, 2 * m_viewports.size()));
-                m_codes.reserve(m_viewports.capacity());
-            }
             m_viewports.push_back(viewport);
             m_codes.push_back(code);
             return;
