@@ -1,11 +1,16 @@
-// What the benchmarks share: a stream that swallows a session's output, and
-// the file throughput counters of the load and save benchmarks.
+// What the benchmarks share: a stream that swallows a session's output, the
+// timed loading of a drawing file, and the file throughput counters of the
+// load and save benchmarks.
 #pragma once
 
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <memory>
 #include <streambuf>
+#include <string>
+
+#include "files/DrawingFile.h"
 
 namespace pavobench {
 
@@ -33,6 +38,22 @@ inline void reportRate(benchmark::State& state, std::size_t bytes) {
     state.counters["MB"] = benchmark::Counter(
         static_cast<double>(state.iterations()) * static_cast<double>(bytes) / 1e6, benchmark::Counter::kIsRate);
     state.counters["file_MB"] = static_cast<double>(bytes) / 1e6;
+}
+
+// Loads the drawing file `path` once an iteration, from the file on disk (in
+// the page cache after the first run) to a database; freeing the previous
+// one is left out of the time.
+inline void loadRepeatedly(benchmark::State& state, const std::string& path) {
+    std::unique_ptr<OxDbDatabase> db;
+    for (auto _ : state) {
+        state.PauseTiming();
+        db.reset();
+        state.ResumeTiming();
+        pavo::files::LoadError error;
+        db = pavo::files::readDrawingFile(path, error);
+        if (!db) state.SkipWithError(error.message().c_str());
+        benchmark::DoNotOptimize(db.get());
+    }
 }
 
 } // namespace pavobench

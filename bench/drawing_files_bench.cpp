@@ -47,20 +47,9 @@ Fixture& fixture(std::size_t entities) {
 
 using pavobench::reportRate;
 
-// From the file on disk (in the page cache after the first run) to a
-// database; freeing the previous one is left out of the time.
 void BM_LoadDrawing(benchmark::State& state) {
     const Fixture& f = fixture(static_cast<std::size_t>(state.range(0)));
-    std::unique_ptr<OxDbDatabase> db;
-    for (auto _ : state) {
-        state.PauseTiming();
-        db.reset();
-        state.ResumeTiming();
-        pavo::files::LoadError error;
-        db = pavo::files::readDrawingFile(f.path, error);
-        if (!db) state.SkipWithError(error.message().c_str());
-        benchmark::DoNotOptimize(db.get());
-    }
+    pavobench::loadRepeatedly(state, f.path);
     reportRate(state, f.file.size());
 }
 

@@ -10,7 +10,7 @@
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        std::cerr << "usage: pavo-generate OUTPUT.pvd [ENTITIES [LAYERS [LAYOUTS [VIEWPORTS]]]]\n";
+        std::cerr << "usage: pavo-generate OUTPUT.pvd [ENTITIES [LAYERS [LAYOUTS [VIEWPORTS [FROZEN [OVERRIDES]]]]]]\n";
         return 1;
     }
     pavobench::DrawingSize size;
@@ -18,6 +18,9 @@ int main(int argc, char** argv) {
     size.layers = argc > 3 ? std::strtoull(argv[3], nullptr, 10) : size.entities / 10 + 1;
     if (argc > 4) size.layouts = std::strtoull(argv[4], nullptr, 10);
     if (argc > 5) size.viewportsPerLayout = std::strtoull(argv[5], nullptr, 10);
+    // Layers frozen in each viewport, and layers overridden there.
+    if (argc > 6) size.frozenLayersPerViewport = std::strtoull(argv[6], nullptr, 10);
+    if (argc > 7) size.overridesPerViewport = std::strtoull(argv[7], nullptr, 10);
     auto db = pavobench::generateDrawing(size);
     std::string error;
     if (!pavo::files::writeDrawingFile(*db, argv[1], error)) {

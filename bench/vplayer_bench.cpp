@@ -230,17 +230,8 @@ using pavobench::reportRate;
 
 void BM_LoadViewportDrawing(benchmark::State& state) {
     const std::string& path = drawingFile(heavySize(state));
-    const auto bytes = static_cast<std::size_t>(std::filesystem::file_size(path));
-    std::unique_ptr<OxDbDatabase> db;
-    for (auto _ : state) {
-        state.PauseTiming();
-        db.reset();
-        state.ResumeTiming();
-        pavo::files::LoadError error;
-        db = pavo::files::readDrawingFile(path, error);
-        if (!db) state.SkipWithError(error.message().c_str());
-    }
-    reportRate(state, bytes);
+    pavobench::loadRepeatedly(state, path);
+    reportRate(state, static_cast<std::size_t>(std::filesystem::file_size(path)));
 }
 
 void BM_SaveViewportDrawing(benchmark::State& state) {

@@ -41,6 +41,20 @@ std::wstring storedName(OxDbDatabase* db, const std::wstring& name) {
     return stored.str();
 }
 
+// Says what became of giving a layout the name `name`: `done` when it was
+// given, else why not.
+int reportNaming(OxDbDatabase* db, Ox::ErrorStatus es, const std::wstring& name, const std::wstring& done) {
+    if (es == Ox::eOk) {
+        oxutPrintText(done.c_str());
+        return STATUS_NORMAL;
+    }
+    if (es == Ox::eDuplicateKey)
+        oxutPrintf(L"\nLayout \"%ls\" already exists.", storedName(db, name));
+    else
+        oxutPrintf(L"\n\"%ls\" is not a valid layout name.", name);
+    return STATUS_ERROR;
+}
+
 bool isModel(const std::wstring& name) { return OxString(name.c_str()).isEqualNoCase(L"Model"); }
 
 void listLayouts(OxDbDatabase* db) {
@@ -79,17 +93,8 @@ int newLayout(OxDbDatabase* db) {
     const std::wstring name = askName(L"\nEnter name of new layout <" + fallback + L">: ", fallback);
     if (name.empty()) return STATUS_CANCEL;
     OxDbObjectId layoutId, blockId;
-    switch (layoutManager()->createLayout(name.c_str(), layoutId, blockId, db)) {
-    case Ox::eOk:
-        oxutPrintf(L"\nLayout \"%ls\" created.", name);
-        return STATUS_NORMAL;
-    case Ox::eDuplicateKey:
-        oxutPrintf(L"\nLayout \"%ls\" already exists.", storedName(db, name));
-        return STATUS_ERROR;
-    default:
-        oxutPrintf(L"\n\"%ls\" is not a valid layout name.", name);
-        return STATUS_ERROR;
-    }
+    const Ox::ErrorStatus es = layoutManager()->createLayout(name.c_str(), layoutId, blockId, db);
+    return reportNaming(db, es, name, L"\nLayout \"" + name + L"\" created.");
 }
 
 int renameLayout(OxDbDatabase* db) {
@@ -107,17 +112,8 @@ int renameLayout(OxDbDatabase* db) {
     }
     const std::wstring newName = askName(L"\nEnter new layout name <" + stored + L">: ", stored);
     if (newName.empty()) return STATUS_CANCEL;
-    switch (layoutManager()->renameLayout(stored.c_str(), newName.c_str(), db)) {
-    case Ox::eOk:
-        oxutPrintf(L"\nLayout \"%ls\" renamed to \"%ls\".", stored, newName);
-        return STATUS_NORMAL;
-    case Ox::eDuplicateKey:
-        oxutPrintf(L"\nLayout \"%ls\" already exists.", storedName(db, newName));
-        return STATUS_ERROR;
-    default:
-        oxutPrintf(L"\n\"%ls\" is not a valid layout name.", newName);
-        return STATUS_ERROR;
-    }
+    const Ox::ErrorStatus es = layoutManager()->renameLayout(stored.c_str(), newName.c_str(), db);
+    return reportNaming(db, es, newName, L"\nLayout \"" + stored + L"\" renamed to \"" + newName + L"\".");
 }
 
 int deleteLayout(OxDbDatabase* db) {
