@@ -67,6 +67,16 @@ TEST(Layout, TheLastPaperLayoutStays) {
     EXPECT_NE(s.transcript().find("\"bad|name\" is not a valid layout name."), std::string::npos) << s.transcript();
 }
 
+// The sample's only override is A-WALL's in viewport 2 of "A3 Detail".
+TEST(Layout, DeletingALayoutDropsTheOverridesOfItsViewports) {
+    ScriptedSession s({"LAYOUT", "Delete", "A3 Detail"});
+    OxDbDatabase* db = s.database();
+    ASSERT_TRUE(overridesOf(db, L"A-WALL", viewportOf(db, L"A3 Detail", 2)).hasColor);
+    EXPECT_EQ(s.run(), 0) << s.transcript();
+    EXPECT_FALSE(layertest::readLayer<bool>(db, L"A-WALL",
+                                            [](const OxDbLayerTableRecord& l) { return l.hasAnyOverrides(); }));
+}
+
 // Each layout keeps the viewport the user works in: the sample opens "A1
 // Plan" inside its viewport 2 and "A3 Detail" inside its viewport 2.
 TEST(PaperSpace, EachLayoutKeepsItsCurrentViewport) {
