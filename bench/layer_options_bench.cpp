@@ -3,6 +3,9 @@
 //   Freeze "*"            (every layer matched and changed)
 //   "?" with Enter        (every layer listed)
 //   Thaw of 1,000 names   (plain names, no wildcards)
+//   Thaw of a 1 MB list   (262,144 short names on 100,000 layers)
+//   Thaw of "=" repeated  (up to 1 MB of them)
+//   Thaw of wildcard items (each a walk of 100,000 layers)
 //   Color "*"             (every layer coloured, and turned on)
 //   stAte Save            (every layer recorded in a new layer state)
 //   restoreLayerState     (the database call alone, every layer changed back)
@@ -29,12 +32,22 @@ using pavobench::NullBuffer;
 
 std::wstring layerName(std::size_t i) { return L"LAYER-" + std::to_wstring(100000000 + i).substr(1); }
 
-void addLayers(OxDbDatabase* db, std::size_t count) {
+// The shortest names: 1 ... Z, 10 ... ZZ, 100 ...; layer i is named i + 1.
+std::wstring shortLayerName(std::size_t i) {
+    std::wstring name;
+    for (std::size_t n = i + 1; n; n /= 36)
+        name.insert(name.begin(), L"0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ"[n % 36]);
+    return name;
+}
+
+using LayerNaming = std::wstring (*)(std::size_t);
+
+void addLayers(OxDbDatabase* db, std::size_t count, LayerNaming nameOf = layerName) {
     OxDbLayerTable* table = nullptr;
     if (db->getLayerTable(table, OxDb::kForWrite) != Ox::eOk) return;
     for (std::size_t i = 0; i < count; ++i) {
         auto* layer = new OxDbLayerTableRecord();
-        layer->setName(layerName(i).c_str());
+        layer->setName(nameOf(i).c_str());
         layer->setLinetypeObjectId(db->continuousLinetype());
         OxDbObjectId id;
         if (table->add(id, layer) == Ox::eOk)
@@ -46,9 +59,10 @@ void addLayers(OxDbDatabase* db, std::size_t count) {
 }
 
 // Runs `answers` in a fresh session on a new drawing with `layers` extra
-// layers; only the run is timed.
-void runScript(benchmark::State& state, const std::vector<std::string>& answers) {
-    const auto layers = static_cast<std::size_t>(state.range(0));
+// layers (`layers`, else the first argument); only the run is timed.
+void runScript(benchmark::State& state, const std::vector<std::string>& answers, LayerNaming nameOf = layerName,
+               std::size_t layers = 0) {
+    if (!layers) layers = static_cast<std::size_t>(state.range(0));
     NullBuffer nullBuffer;
     std::ostream nullOut(&nullBuffer);
     for (auto _ : state) {
@@ -57,7 +71,7 @@ void runScript(benchmark::State& state, const std::vector<std::string>& answers)
                                                             pavo::editor::makeLinesInput(answers), nullOut);
         if (!session->loadModules()) state.SkipWithError("module not loaded");
         session->newDrawing();
-        addLayers(session->database(), layers);
+        addLayers(session->database(), layers, nameOf);
         state.ResumeTiming();
         if (session->run() != 0) state.SkipWithError("session failed");
         state.PauseTiming();
@@ -78,6 +92,36 @@ void BM_ThawThousandPlainNames(benchmark::State& state) {
         list += OxString(layerName(i * (layers / 1000))).utf8();
     }
     runScript(state, {"-LAYER", "Thaw", list, ""});
+}
+
+// A list of as many names as the argument, each naming one of 100,000
+// layers (names of 1 to 3 characters, so 262,144 of them make 1 MB).
+void BM_ThawNameList(benchmark::State& state) {
+    constexpr std::size_t kLayers = 100000;
+    constexpr std::size_t kShortNames = 36 * 36 * 36 - 1; // 1 to ZZZ
+    std::string list;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(state.range(0)); ++i) {
+        if (i) list += ',';
+        list += OxString(shortLayerName((i * 7919) % kShortNames)).utf8();
+    }
+    state.counters["list MB"] = static_cast<double>(list.size()) / (1 << 20);
+    runScript(state, {"-LAYER", "Thaw", list, ""}, shortLayerName, kLayers);
+}
+
+// A list of as many wildcard items as the argument ("*1Z", ...), each a
+// walk of 100,000 layers.
+void BM_ThawWildcardItems(benchmark::State& state) {
+    std::string list;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(state.range(0)); ++i)
+        list += (i ? ",*" : "*") + OxString(shortLayerName(i * 7919 % 46655)).utf8();
+    runScript(state, {"-LAYER", "Thaw", list, ""}, shortLayerName, 100000);
+}
+
+// A list of nothing but equals signs (exact mode, no item): as many as the
+// argument.
+void BM_EqualsSignsList(benchmark::State& state) {
+    runScript(state, {"-LAYER", "Thaw", std::string(static_cast<std::size_t>(state.range(0)), '='), ""}, layerName,
+              100000);
 }
 
 void BM_ColorAll(benchmark::State& state) { runScript(state, {"-LAYER", "Color", "1", "*", ""}); }
@@ -121,3 +165,6 @@ BENCHMARK(BM_ThawThousandPlainNames)
     ->Arg(1000000)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(3);
+BENCHMARK(BM_ThawNameList)->Arg(16384)->Arg(65536)->Arg(262144)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_EqualsSignsList)->Arg(65536)->Arg(262144)->Arg(1048576)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_ThawWildcardItems)->Arg(10)->Arg(100)->Unit(benchmark::kMillisecond)->Iterations(3);

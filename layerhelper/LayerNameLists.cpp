@@ -20,21 +20,33 @@ namespace {
 constexpr const wchar_t* kNoMatchMessage = L"\nNo layers found matching pattern %ls. ";
 constexpr std::wstring_view kConstraintsLayer = L"*pavo_constraints";
 
-// Takes the next item off `rest`. A comma at the very start does not split:
-// the whole rest is then one item (so "A,,B" gives "A" and ",B").
-OxString takeItem(OxString& rest) {
-    const int comma = rest.find(L',', 0);
-    OxString item;
-    if (comma <= 0) {
-        item = rest;
-        rest.setEmpty();
-    } else {
-        item = rest.left(comma);
-        rest = rest.mid(comma + 1);
+// Splits a name list into items without copying what is left of it, so
+// that a list of any length is split in one pass. A comma at the very start
+// of what is left does not split: the whole rest is then one item (so "A,,B"
+// gives "A" and ",B").
+class ItemSplitter {
+public:
+    explicit ItemSplitter(std::wstring_view list) : m_rest(list) {}
+    bool done() const { return m_rest.empty(); }
+
+    // The next item, trimmed of white space.
+    OxString next() {
+        const std::size_t comma = m_rest.find(L',');
+        std::wstring_view item = m_rest;
+        if (comma == 0 || comma == std::wstring_view::npos) {
+            m_rest = {};
+        } else {
+            item = m_rest.substr(0, comma);
+            m_rest.remove_prefix(comma + 1);
+        }
+        OxString trimmed{item};
+        trimmed.trimLeft().trimRight();
+        return trimmed;
     }
-    item.trimLeft().trimRight();
-    return item;
-}
+
+private:
+    std::wstring_view m_rest;
+};
 
 bool isConstraintsLayer(std::wstring_view name) {
     if (name.size() != kConstraintsLayer.size()) return false;
@@ -128,19 +140,18 @@ int PavoLayerHelper::getMatchedLayerList(const OxString& list, OxArray<OxDbObjec
     OxDbLayerTable* table = nullptr;
     if (db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk || !table) return STATUS_ERROR;
 
-    OxString rest = list;
+    std::wstring_view rest = list.view();
     bool exactMode = exactMatch;
-    if (rest.getAt(0) == L'=') {
+    if (rest.front() == L'=') {
         exactMode = true;
-        while (rest.getAt(0) == L'=')
-            rest = rest.mid(1);
-        if (rest.isEmpty()) oxutPrintf(oxmdOxResourceString(10070, kNoMatchMessage), list);
+        rest.remove_prefix(std::min(rest.find_first_not_of(L'='), rest.size()));
+        if (rest.empty()) oxutPrintf(oxmdOxResourceString(10070, kNoMatchMessage), list);
     }
-    const bool bracketRule = rest.find(L'[', 0) >= 0 || rest.find(L']', 0) >= 0;
+    const bool bracketRule = rest.find_first_of(L"[]") != std::wstring_view::npos;
 
     LayerMatcher matcher(table, exactMode, bracketRule);
-    while (!rest.isEmpty()) {
-        const OxString item = takeItem(rest);
+    for (ItemSplitter items(rest); !items.done();) {
+        const OxString item = items.next();
         if (!matcher.match(item, ids)) {
             table->close();
             return STATUS_ERROR;
@@ -183,9 +194,8 @@ int PavoLayerHelper::getValidNewLayerList(const OxString& list, OxArray<OxString
     OxDbLayerTable* table = nullptr;
     if (db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk || !table) return STATUS_ERROR;
 
-    OxString rest = list;
-    while (!rest.isEmpty()) {
-        const OxString item = takeItem(rest);
+    for (ItemSplitter items(list.view()); !items.done();) {
+        const OxString item = items.next();
         // A name already too long is reported without asking the host.
         const int extnames = vxlayer::readExtnames();
         if (vxlayer::exceedsNameLength(item, extnames) || vxlayer::symbolNameRefused(item)) {
