@@ -5,12 +5,11 @@
 #include <cstdint>
 #include <cstdlib>
 #include <sstream>
-#include <string>
-#include <vector>
+#include <string_view>
 
 #include <dlfcn.h>
 
-#include "app/Session.h"
+#include "FuzzSession.h"
 #include "editor/Input.h"
 
 // The module stays mapped for the whole run: libFuzzer keeps the coverage
@@ -21,28 +20,14 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::vector<std::string> lines;
-    std::string current;
-    for (std::size_t i = 0; i < size && lines.size() < 200; ++i) {
-        if (data[i] == '\n') {
-            lines.push_back(current);
-            current.clear();
-        } else {
-            current += static_cast<char>(data[i]);
-        }
-    }
-    lines.push_back(current);
-    // Saving or opening files from fuzzed names would touch the disk.
-    for (std::string& l : lines)
-        if (l.find("SAVE") != std::string::npos || l.find("OPEN") != std::string::npos) l = "";
-
     std::ostringstream out;
-    pavo::app::SessionOptions options;
-    options.resourcePath = {PAVO_FUZZ_RESOURCE_DIR};
-    options.modulePath = {PAVO_FUZZ_MODULE_DIR};
-    options.noDialogs = true;
-    pavo::app::Session session(options, pavo::editor::makeLinesInput(std::move(lines)), out);
+    pavo::app::Session session(pavofuzz::fuzzSessionOptions(PAVO_FUZZ_RESOURCE_DIR, PAVO_FUZZ_MODULE_DIR),
+                               pavo::editor::makeLinesInput(pavofuzz::answerLines(
+                                   std::string_view(reinterpret_cast<const char*>(data), size), 200)),
+                               out);
     if (!session.loadModules()) std::abort();
+    // Fuzzed names would otherwise be files read and written.
+    pavofuzz::removeFileCommands(session);
     if (!session.openSample()) std::abort();
     if (session.run() == pavo::app::kExitInternalError) std::abort();
     return 0;

@@ -1,21 +1,30 @@
 #!/usr/bin/env bash
-# Builds the fuzzers with clang and runs each for SECONDS (default 30).
-# A crash, hang or sanitizer report fails the run; the input is kept in
-# build/fuzz/findings/ to become a regression test.
+# Builds the fuzzers with clang and runs each for SECONDS (default 30), one
+# after the other. A crash, hang or sanitizer report fails the run; the
+# input is kept in build/fuzz/findings/ to become a regression test.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-30}
+fuzzers=(drawing_reader_fuzz command_input_fuzz drawing_session_fuzz user_settings_fuzz)
 scripts/setup-deps.sh
 cmake --preset fuzz > /dev/null
-cmake --build --preset fuzz --target drawing_reader_fuzz command_input_fuzz user_settings_fuzz
-mkdir -p build/fuzz/findings build/fuzz/corpus/drawing build/fuzz/corpus/commands build/fuzz/corpus/settings
-cp resources/samples/*.pvd fuzz/corpus/drawing/* tests/data/fuzz/drawing/* build/fuzz/corpus/drawing/ 2>/dev/null || true
-cp fuzz/corpus/commands/* tests/data/fuzz/commands/* build/fuzz/corpus/commands/ 2>/dev/null || true
-cp fuzz/corpus/settings/* build/fuzz/corpus/settings/ 2>/dev/null || true
+cmake --build --preset fuzz --target "${fuzzers[@]}"
+corpus=build/fuzz/corpus
+mkdir -p build/fuzz/findings $corpus/drawing $corpus/commands $corpus/session $corpus/settings
+cp -n resources/samples/*.pvd fuzz/corpus/drawing/* tests/data/fuzz/drawing/* $corpus/drawing/ 2>/dev/null || true
+cp -n fuzz/corpus/commands/* tests/data/fuzz/commands/* $corpus/commands/ 2>/dev/null || true
+cp -n resources/samples/*.pvd fuzz/corpus/drawing/* tests/data/fuzz/session/* $corpus/session/ 2>/dev/null || true
+cp -n fuzz/corpus/settings/* $corpus/settings/ 2>/dev/null || true
 export ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
-build/fuzz/bin/drawing_reader_fuzz -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
-  -artifact_prefix=build/fuzz/findings/ build/fuzz/corpus/drawing
-build/fuzz/bin/command_input_fuzz -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
-  -artifact_prefix=build/fuzz/findings/ build/fuzz/corpus/commands
-build/fuzz/bin/user_settings_fuzz -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
-  -artifact_prefix=build/fuzz/findings/ build/fuzz/corpus/settings
+run() { # FUZZER CORPUS [OPTIONS...]
+  local fuzzer=$1 dir=$2
+  shift 2
+  echo "== $fuzzer, ${seconds} s"
+  build/fuzz/bin/"$fuzzer" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
+    -artifact_prefix=build/fuzz/findings/"$fuzzer"- "$@" "$corpus/$dir"
+}
+run drawing_reader_fuzz drawing
+run command_input_fuzz commands
+# Whole drawings, changed by their structure: room to grow past the sample.
+run drawing_session_fuzz session -max_len=65536
+run user_settings_fuzz settings
