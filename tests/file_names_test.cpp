@@ -168,9 +168,14 @@ TEST(FileNames, ASaveOverAnotherSessionsSaveAsksFirst) {
 }
 
 // Ctrl-D at "Command: " ends pavo as QUIT does: with changes, it asks first.
+// Inside a command it cancels the prompt, as Escape does.
 TEST(EndOfInput, CtrlDAtATerminalAsksBeforeLosingChanges) {
     TempFolder home;
     pavotest::TerminalSession unchanged({"--new"}, home.path(""));
+    ASSERT_TRUE(unchanged.waitFor("Command: ")) << unchanged.screen();
+    unchanged.type("-LAYER\r");
+    ASSERT_TRUE(unchanged.waitFor("Enter an option")) << unchanged.screen();
+    unchanged.type("\x04");
     ASSERT_TRUE(unchanged.waitFor("Command: ")) << unchanged.screen();
     unchanged.type("\x04");
     EXPECT_EQ(unchanged.exitStatus(), 0) << unchanged.screen();
