@@ -6,6 +6,7 @@
 //   Thaw of a 1 MB list   (262,144 short names on 100,000 layers)
 //   Thaw of "=" repeated  (up to 1 MB of them)
 //   Thaw of wildcard items (each a walk of 100,000 layers)
+//   Thaw of one long pattern item (up to 1 MB of unclosed '[')
 //   Color "*"             (every layer coloured, and turned on)
 //   stAte Save            (every layer recorded in a new layer state)
 //   restoreLayerState     (the database call alone, every layer changed back)
@@ -117,6 +118,13 @@ void BM_ThawWildcardItems(benchmark::State& state) {
     runScript(state, {"-LAYER", "Thaw", list, ""}, shortLayerName, 100000);
 }
 
+// One item of as many unclosed '[' as the argument (each a literal), matched
+// against each of 100,000 layers.
+void BM_ThawLongPatternItem(benchmark::State& state) {
+    runScript(state, {"-LAYER", "Thaw", std::string(static_cast<std::size_t>(state.range(0)), '['), ""},
+              shortLayerName, 100000);
+}
+
 // A list of nothing but equals signs (exact mode, no item): as many as the
 // argument.
 void BM_EqualsSignsList(benchmark::State& state) {
@@ -167,4 +175,5 @@ BENCHMARK(BM_ThawThousandPlainNames)
     ->Iterations(3);
 BENCHMARK(BM_ThawNameList)->Arg(16384)->Arg(65536)->Arg(262144)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_EqualsSignsList)->Arg(65536)->Arg(262144)->Arg(1048576)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_ThawLongPatternItem)->Arg(16384)->Arg(65536)->Arg(262144)->Arg(1048576)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(BM_ThawWildcardItems)->Arg(10)->Arg(100)->Unit(benchmark::kMillisecond)->Iterations(3);

@@ -96,6 +96,26 @@ TEST(Wildcard, PathologicalPatternsStayFast) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
 }
 
+// A pattern of many unclosed '[' (each a literal) used to be parsed in time
+// growing with the square of its length: 16,000 of them took half a minute.
+TEST(Wildcard, LongPatternsOfUnclosedBracketsAreLiterals) {
+    const std::wstring brackets(50000, L'[');
+    EXPECT_TRUE(wc(brackets.c_str(), brackets.c_str()));
+    EXPECT_FALSE(wc(L"0", brackets.c_str()));
+    const std::wstring escaped = brackets + L"`]";
+    EXPECT_TRUE(wc((brackets + L"]").c_str(), escaped.c_str()));
+    EXPECT_FALSE(wc(L"[", (L"[~" + brackets).c_str()));
+    // What an earlier '[' found unclosed is unclosed for a later one too;
+    // a class that does close is still a class.
+    EXPECT_TRUE(wc(L"[]a[b]", L"[`]a[b`]"));
+    EXPECT_TRUE(wc(L"b", L"[a`][b]"));
+    EXPECT_TRUE(wc(L"[", L"[a`][b]"));
+    EXPECT_TRUE(wc(L"[b", L"[[a]b"));
+    EXPECT_FALSE(wc(L"[ab", L"[[a]b"));
+    EXPECT_TRUE(wc(L"[[[]b", L"[[[`]b"));
+    EXPECT_FALSE(wc(L"[b", L"[[[`]b"));
+}
+
 // Against the C library on the syntax the two share.
 TEST(Wildcard, AgreesWithFnmatchOnSharedSyntax) {
     std::mt19937 rng(20240611);

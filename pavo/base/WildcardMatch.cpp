@@ -1,10 +1,14 @@
 // oxutWcMatchEx: the wildcard patterns of drafting programs. A pattern is
-// compiled to a token list and run as a set of live token positions over the
-// name, so that the time is at most name length times pattern length: no
-// backtracking, whatever the stars.
+// compiled to a token list (once for all the names it is matched against)
+// and run as a set of live token positions over the name, so that the time
+// is at most the square of the name's length: no backtracking, whatever the
+// stars, and a pattern of any length is compiled in linear time.
+#include <algorithm>
 #include <clocale>
+#include <cstdint>
 #include <cwctype>
 #include <locale.h>
+#include <string>
 #include <string_view>
 #include <vector>
 #include <wctype.h>
@@ -52,39 +56,64 @@ struct Alternative {
     std::vector<Token> tokens;
 };
 
-// Parses "[...]" starting at `pos` (the '['); returns false when there is no
-// closing ']' (the '[' is then a literal).
-bool parseClass(std::wstring_view p, size_t& pos, Token& token) {
-    size_t i = pos + 1;
-    token = Token{};
-    token.kind = Token::Class;
-    if (i < p.size() && p[i] == L'~') {
-        token.negated = true;
-        ++i;
-    }
-    bool first = true;
-    while (i < p.size()) {
-        wchar_t ch = p[i];
-        if (ch == L']' && !first) {
-            pos = i + 1;
-            return true;
+// Parses "[...]" at a '[' of one pattern. A '[' without its ']' is a
+// literal, and a pattern can hold many of them: the places from which an
+// earlier scan ran to the end without a ']' are remembered, so that a later
+// scan that reaches one stops there, and the whole pattern is parsed in
+// time linear in its length.
+class ClassParser {
+public:
+    explicit ClassParser(std::wstring_view p) : m_p(p), m_deadEnd(p.size() + 1, 0) {}
+
+    // Parses the class at `pos` (the '['); false when there is no closing
+    // ']' (the '[' is then a literal).
+    bool parse(size_t& pos, Token& token) {
+        const std::wstring_view p = m_p;
+        size_t i = pos + 1;
+        token = Token{};
+        token.kind = Token::Class;
+        if (i < p.size() && p[i] == L'~') {
+            token.negated = true;
+            ++i;
         }
-        first = false;
-        if (ch == L'`' && i + 1 < p.size()) ch = p[++i];
-        ++i;
-        wchar_t high = ch;
-        if (i + 1 < p.size() && p[i] == L'-' && p[i + 1] != L']') {
-            high = p[i + 1];
-            i += 2;
-            if (high == L'`' && i < p.size()) high = p[i++];
+        bool first = true;
+        m_walked.clear();
+        while (i < p.size()) {
+            wchar_t ch = p[i];
+            if (!first) {
+                // From here on the scan depends on the place alone.
+                if (m_deadEnd[i]) break;
+                if (ch == L']') {
+                    pos = i + 1;
+                    return true;
+                }
+                m_walked.push_back(i);
+            }
+            first = false;
+            if (ch == L'`' && i + 1 < p.size()) ch = p[++i];
+            ++i;
+            wchar_t high = ch;
+            if (i + 1 < p.size() && p[i] == L'-' && p[i + 1] != L']') {
+                high = p[i + 1];
+                i += 2;
+                if (high == L'`' && i < p.size()) high = p[i++];
+            }
+            token.items.push_back({ch, high});
         }
-        token.items.push_back({ch, high});
+        for (const size_t place : m_walked)
+            m_deadEnd[place] = 1;
+        return false;
     }
-    return false;
-}
+
+private:
+    std::wstring_view m_p;
+    std::vector<char> m_deadEnd;
+    std::vector<size_t> m_walked;
+};
 
 Alternative compile(std::wstring_view p) {
     Alternative alt;
+    ClassParser classes(p);
     size_t i = 0;
     if (!p.empty() && p[0] == L'~') {
         alt.negated = true;
@@ -120,7 +149,7 @@ Alternative compile(std::wstring_view p) {
             i += i + 1 < p.size() ? 2 : 1;
             break;
         case L'[':
-            if (!parseClass(p, i, token)) {
+            if (!classes.parse(i, token)) {
                 token = Token{};
                 token.ch = ch;
                 ++i;
@@ -139,6 +168,7 @@ Alternative compile(std::wstring_view p) {
 // Splits at commas that are not escaped and not inside a class.
 std::vector<std::wstring_view> splitAlternatives(std::wstring_view p) {
     std::vector<std::wstring_view> parts;
+    ClassParser classes(p);
     size_t start = 0;
     for (size_t i = 0; i < p.size(); ++i) {
         if (p[i] == L'`') {
@@ -146,7 +176,7 @@ std::vector<std::wstring_view> splitAlternatives(std::wstring_view p) {
         } else if (p[i] == L'[') {
             Token ignored;
             size_t end = i;
-            if (parseClass(p, end, ignored)) i = end - 1;
+            if (classes.parse(end, ignored)) i = end - 1;
         } else if (p[i] == L',') {
             parts.push_back(p.substr(start, i - start));
             start = i + 1;
@@ -194,42 +224,71 @@ bool matchesOne(const Token& token, wchar_t ch, bool ignoreCase) {
     return false;
 }
 
-// Adds position `i` and, through stars (which may match nothing), the
-// positions after them.
-void addState(const std::vector<Token>& tokens, std::vector<char>& live, size_t i) {
-    while (i <= tokens.size() && !live[i]) {
-        live[i] = 1;
-        if (i == tokens.size() || tokens[i].kind != Token::AnySequence) break;
-        ++i;
-    }
-}
+// The positions a match can be at, as a list, with a stamp a position so
+// that each step costs what is live rather than the pattern's length.
+struct LiveStates {
+    std::vector<size_t> live, next;
+    std::vector<std::uint64_t> seen;
+    std::uint64_t stamp = 0;
 
-bool matchTokens(const std::vector<Token>& tokens, std::wstring_view name, bool ignoreCase) {
-    std::vector<char> live(tokens.size() + 1, 0), next(tokens.size() + 1, 0);
-    addState(tokens, live, 0);
-    for (const wchar_t ch : name) {
-        std::fill(next.begin(), next.end(), 0);
-        bool any = false;
-        for (size_t i = 0; i < tokens.size(); ++i) {
-            if (!live[i] || !matchesOne(tokens[i], ch, ignoreCase)) continue;
-            // A star stays where it is; any other token moves on.
-            addState(tokens, next, tokens[i].kind == Token::AnySequence ? i : i + 1);
-            any = true;
+    // Adds position `i` to `next` and, through stars (which may match
+    // nothing), the positions after them.
+    void add(const std::vector<Token>& tokens, size_t i) {
+        while (i <= tokens.size() && seen[i] != stamp) {
+            seen[i] = stamp;
+            next.push_back(i);
+            if (i == tokens.size() || tokens[i].kind != Token::AnySequence) break;
+            ++i;
         }
-        if (!any) return false;
-        live.swap(next);
     }
-    return live[tokens.size()] != 0;
-}
+
+    bool match(const std::vector<Token>& tokens, std::wstring_view name, bool ignoreCase) {
+        if (seen.size() < tokens.size() + 1) seen.resize(tokens.size() + 1, 0);
+        ++stamp;
+        next.clear();
+        add(tokens, 0);
+        for (const wchar_t ch : name) {
+            live.swap(next);
+            next.clear();
+            ++stamp;
+            for (const size_t i : live) {
+                if (i == tokens.size() || !matchesOne(tokens[i], ch, ignoreCase)) continue;
+                // A star stays where it is; any other token moves on.
+                add(tokens, tokens[i].kind == Token::AnySequence ? i : i + 1);
+            }
+            if (next.empty()) return false;
+        }
+        return std::find(next.begin(), next.end(), tokens.size()) != next.end();
+    }
+};
+
+// The last pattern, compiled: a caller matches every name of a table against
+// one pattern, which is then compiled once.
+struct CompiledPattern {
+    bool valid = false;
+    std::wstring text;
+    std::vector<Alternative> alternatives;
+    LiveStates states;
+
+    const std::vector<Alternative>& of(std::wstring_view pattern) {
+        if (!valid || text != pattern) {
+            text = pattern;
+            alternatives.clear();
+            for (const std::wstring_view part : splitAlternatives(text))
+                alternatives.push_back(compile(part));
+            valid = true;
+        }
+        return alternatives;
+    }
+};
 
 } // namespace
 
 bool oxutWcMatchEx(const wchar_t* name, const wchar_t* pattern, bool ignoreCase) {
     if (!name || !pattern) return false;
+    thread_local CompiledPattern compiled;
     const std::wstring_view text(name);
-    for (const std::wstring_view part : splitAlternatives(pattern)) {
-        const Alternative alt = compile(part);
-        if (matchTokens(alt.tokens, text, ignoreCase) != alt.negated) return true;
-    }
+    for (const Alternative& alt : compiled.of(pattern))
+        if (compiled.states.match(alt.tokens, text, ignoreCase) != alt.negated) return true;
     return false;
 }
