@@ -36,6 +36,19 @@ TEST(LayerNew, ARepeatedNameAttemptsTheWholeAnswerAndCreatesNothing) {
     EXPECT_NE(s.transcript().find("\",C\" is an invalid layer name."), std::string::npos) << s.transcript();
 }
 
+// The whole answer is attempted once, not once a name: a list of 20,000
+// names used to take minutes, each attempt copying and checking the list.
+TEST(LayerNew, ALongListOfNamesIsAttemptedOnce) {
+    std::string list = "L0";
+    for (int i = 1; i < 20000; ++i)
+        list += ",L" + std::to_string(i);
+    ScriptedSession s({"-LAYER", "New", list, "New", "L1", ""}, Drawing::New);
+    ASSERT_EQ(s.run(), 0);
+    EXPECT_FALSE(hasLayer(s.database(), L"L0"));
+    EXPECT_FALSE(hasLayer(s.database(), OxString::fromUtf8(list)));
+    EXPECT_TRUE(hasLayer(s.database(), L"L1")) << "a single name is still made";
+}
+
 TEST(LayerNew, ExtnamesBoundsAreCountedInCharacters) {
     const std::string longest(255, 'N'), tooLong(256, 'N');
     const std::string greek31 = "\xCE\xB1" + std::string(30, 'x'); // 31 characters, 32 bytes

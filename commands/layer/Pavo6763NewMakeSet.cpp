@@ -65,6 +65,7 @@ int Pavo6763Command::_branch_new() {
 
     OxDbLayerTable* table = nullptr;
     if (db->getSymbolTable(table, OxDb::kForWrite) != Ox::eOk) return STATUS_ERROR;
+    bool attempted = false;
     for (const OxString& name : names) {
         OxDbObjectId existing;
         if (table->getIdAt(name, existing, false) == Ox::eOk) {
@@ -72,9 +73,12 @@ int Pavo6763Command::_branch_new() {
             continue;
         }
         // Deliberately the whole cleaned answer, not the item: for a list of
-        // several names this attempts one layer named after the list, and
-        // the table refuses the repeats.
-        PavoLayerHelper::createNewLayer(db, table, text);
+        // several names this attempts one layer named after the list. The
+        // table would refuse every repeat, so one attempt is made: a repeat
+        // costs the length of the whole answer, and a long list would take
+        // time growing with its square.
+        if (!attempted) PavoLayerHelper::createNewLayer(db, table, text);
+        attempted = true;
     }
     table->close();
     return STATUS_NORMAL;
