@@ -6,6 +6,7 @@
 //   Thaw of a 1 MB list   (262,144 short names on 100,000 layers)
 //   Thaw of "=" repeated  (up to 1 MB of them)
 //   Thaw of wildcard items (each a walk of 100,000 layers)
+//   New with a 1 MB list   (262,144 names, none existing)
 //   Thaw of one long pattern item (up to 1 MB of unclosed '[')
 //   Color "*"             (every layer coloured, and turned on)
 //   stAte Save            (every layer recorded in a new layer state)
@@ -118,6 +119,15 @@ void BM_ThawWildcardItems(benchmark::State& state) {
     runScript(state, {"-LAYER", "Thaw", list, ""}, shortLayerName, 100000);
 }
 
+// New with a list of as many names as the argument, none existing yet: the
+// whole answer is attempted as one name, once.
+void BM_NewNameList(benchmark::State& state) {
+    std::string list;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(state.range(0)); ++i)
+        list += (i ? "," : "") + OxString(shortLayerName(i)).utf8();
+    runScript(state, {"-LAYER", "New", list, ""}, layerName, 1000);
+}
+
 // One item of as many unclosed '[' as the argument (each a literal), matched
 // against each of 100,000 layers.
 void BM_ThawLongPatternItem(benchmark::State& state) {
@@ -175,5 +185,6 @@ BENCHMARK(BM_ThawThousandPlainNames)
     ->Iterations(3);
 BENCHMARK(BM_ThawNameList)->Arg(16384)->Arg(65536)->Arg(262144)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_EqualsSignsList)->Arg(65536)->Arg(262144)->Arg(1048576)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_NewNameList)->Arg(16384)->Arg(65536)->Arg(262144)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_ThawLongPatternItem)->Arg(16384)->Arg(65536)->Arg(262144)->Arg(1048576)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(BM_ThawWildcardItems)->Arg(10)->Arg(100)->Unit(benchmark::kMillisecond)->Iterations(3);
