@@ -56,6 +56,19 @@ TEST(ListCommand, ShowsBlockAttributesAndViewports) {
     EXPECT_EQ(t.find("    Number:        1\n"), std::string::npos) << "the sheet's own viewport is not an object";
 }
 
+// Coordinates and angles at the edge of what a drawing holds: a length past
+// the largest number is infinite, never "not a number", and a rotation is
+// the one given.
+TEST(ListCommand, ExtremeValuesAreShownAsTheyAre) {
+    ScriptedSession s({"LINE", "1e308,1e308", "-1e308,-1e308", "", "INSERT", "DOOR", "0,0", "1", "-1e308", "LIST",
+                       "ALL", ""});
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string t = s.transcript();
+    EXPECT_NE(t.find("    Length:        inf\n"), std::string::npos) << t;
+    EXPECT_NE(t.find("    Rotation:      -1e+308\n"), std::string::npos) << t;
+    EXPECT_EQ(t.find("nan"), std::string::npos) << t;
+}
+
 TEST(ListCommand, NothingSelectedListsNothing) {
     ScriptedSession s({"LIST", "", "LIST", "^C"}, pavotest::Drawing::New);
     EXPECT_EQ(s.run(), 0);

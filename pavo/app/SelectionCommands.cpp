@@ -57,7 +57,9 @@ namespace {
 std::wstring number(double value) { return listingNumber(value); }
 std::wstring point(const OxGePoint3d& p) { return listingPoint(p); }
 
-std::wstring degrees(double radians) { return fmt::format(L"{:g}", radians * 180.0 / std::numbers::pi); }
+// Scaled in one step, so that the largest angles a drawing holds do not
+// overflow on the way.
+std::wstring degrees(double radians) { return fmt::format(L"{:g}", radians * (180.0 / std::numbers::pi)); }
 
 class Lister {
 public:
@@ -182,7 +184,8 @@ void Lister::geometry() {
         line(L"From point", point(l->startPoint()));
         line(L"To point", point(l->endPoint()));
         const double dx = l->endPoint().x - l->startPoint().x, dy = l->endPoint().y - l->startPoint().y;
-        line(L"Length", number(std::hypot(dx, dy, l->endPoint().z - l->startPoint().z)));
+        // The three-argument hypot gives NaN when a difference overflows.
+        line(L"Length", number(std::hypot(std::hypot(dx, dy), l->endPoint().z - l->startPoint().z)));
     } else if (const auto* a = OxDbArc::cast(&m_entity)) {
         line(L"Center", point(a->center()));
         line(L"Radius", number(a->radius()));
