@@ -9,7 +9,8 @@
 #include "pavo_host.h"
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
+    // "--help" is a request, not a file to write.
+    if (argc < 2 || argv[1][0] == '-') {
         std::cerr << "usage: pavo-generate OUTPUT.pvd [ENTITIES [LAYERS [LAYOUTS [VIEWPORTS [FROZEN [OVERRIDES]]]]]]\n";
         return 1;
     }
