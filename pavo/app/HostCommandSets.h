@@ -20,5 +20,7 @@ void registerPropertyCommands(const AddHostCommand& add);
 void registerLayoutCommand(const AddHostCommand& add);
 void registerSpaceCommands(const AddHostCommand& add);
 void registerMviewCommand(const AddHostCommand& add);
+// PLOT and EXPORT.
+void registerPictureCommands(const AddHostCommand& add);
 
 } // namespace pavo::app

@@ -20,16 +20,22 @@ namespace fs = std::filesystem;
 
 namespace pavo::app {
 
-namespace {
-
-// A Yes/No question; Enter gives `defaultYes`; cancel gives false.
-bool askYesNo(const std::wstring& prompt, bool defaultYes) {
+std::optional<bool> askYesNo(const std::wstring& prompt, bool defaultYes) {
     oxedInitGet(0, L"Yes No _Yes No");
     OxString answer;
     const int status = oxedGetKword(prompt.c_str(), answer);
     if (status == STATUS_NONE) return defaultYes;
-    return status == STATUS_NORMAL && answer.compareNoCase(L"Yes") == 0;
+    if (status != STATUS_NORMAL) return std::nullopt;
+    return answer.compareNoCase(L"Yes") == 0;
 }
+
+bool mayReplace(const fs::path& path) {
+    std::error_code ec;
+    return !fs::exists(path, ec) ||
+           askYesNo(L"\n" + pathText(path) + L" already exists. Replace it? [Yes/No] <No>: ", false).value_or(false);
+}
+
+namespace {
 
 // Asks for a file name; nullopt when cancelled or nothing named.
 std::optional<fs::path> askFileName(const wchar_t* prompt) {
@@ -52,10 +58,7 @@ int saveAs(Session& s) {
         return STATUS_ERROR;
     }
     const fs::path path = files::withDefaultExtension(*typed, ".pvd");
-    std::error_code ec;
-    if (fs::exists(path, ec) &&
-        !askYesNo(L"\n" + pathText(path) + L" already exists. Replace it? [Yes/No] <No>: ", false))
-        return STATUS_CANCEL;
+    if (!mayReplace(path)) return STATUS_CANCEL;
     if (!s.saveDrawing(path)) return STATUS_ERROR;
     oxutPrintf(L"\nSaved %ls.", pathText(path));
     return STATUS_NORMAL;
@@ -71,7 +74,8 @@ int save(Session& s) {
     if (s.changedOnDisk(path) &&
         !askYesNo(L"\n" + pathText(path) +
                       L" was changed on disk since it was opened or saved. Replace it? [Yes/No] <No>: ",
-                  false))
+                  false)
+             .value_or(false))
         return STATUS_CANCEL;
     if (!s.saveDrawing(path)) return STATUS_ERROR;
     oxutPrintf(L"\nSaved %ls.", pathText(path));
@@ -171,6 +175,7 @@ void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostComm
     registerLayoutCommand(add);
     registerSpaceCommands(add);
     registerMviewCommand(add);
+    registerPictureCommands(add);
 }
 
 } // namespace pavo::app

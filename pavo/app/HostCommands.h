@@ -1,7 +1,9 @@
 // The host's own commands, registered in the same store as the modules'.
 #pragma once
 
+#include <filesystem>
 #include <functional>
+#include <optional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -52,6 +54,11 @@ private:
     std::function<int(const std::wstring&)> m_runWithArgument;
     std::wstring m_argument;
 };
+
+// A Yes/No question; Enter gives `defaultYes`; nothing when cancelled.
+std::optional<bool> askYesNo(const std::wstring& prompt, bool defaultYes);
+// True when nothing is at `path`, or the user agrees to replace it.
+bool mayReplace(const std::filesystem::path& path);
 
 // Offers to save the drawing's changes before it goes (QUIT, OPEN, NEW,
 // the end of input at a terminal). True when it may go: it had no changes,

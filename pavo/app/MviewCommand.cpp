@@ -11,6 +11,7 @@
 #include "OxDbServices.h"
 #include "OxDbSymbolTable.h"
 #include "db/PaperSpace.h"
+#include "db/SpaceExtents.h"
 #include "editor/Editor.h"
 #include "editor/PointInput.h"
 #include "oxed.h"
@@ -29,40 +30,7 @@ Frame frameOf(const OxGePoint3d& a, const OxGePoint3d& b) {
     return {OxGePoint3d(std::min(a.x, b.x), std::min(a.y, b.y)), OxGePoint3d(std::max(a.x, b.x), std::max(a.y, b.y))};
 }
 
-// The extents of everything in model space; nothing when it is empty.
-std::optional<Frame> modelExtents(OxDbDatabase* db) {
-    OxDbBlockTableRecord* model = nullptr;
-    if (oxdbOpenObject(model, db->modelSpaceId(), OxDb::kForRead) != Ox::eOk) return std::nullopt;
-    OxDbBlockTableRecordIterator* it = nullptr;
-    const bool made = model->newIterator(it) == Ox::eOk;
-    model->close();
-    if (!made) return std::nullopt;
-    std::optional<Frame> extents;
-    for (it->start(); !it->done(); it->step()) {
-        OxDbEntity* entity = nullptr;
-        if (it->getEntity(entity, OxDb::kForRead) != Ox::eOk) continue;
-        OxGePoint3d lo, hi;
-        if (entity->getExtents(lo, hi)) {
-            if (!extents) extents = Frame{lo, hi};
-            extents->lo = OxGePoint3d(std::min(extents->lo.x, lo.x), std::min(extents->lo.y, lo.y));
-            extents->hi = OxGePoint3d(std::max(extents->hi.x, hi.x), std::max(extents->hi.y, hi.y));
-        }
-        entity->close();
-    }
-    delete it;
-    return extents;
-}
-
-// The sheet (viewport 1) of `layout`; an A3 sheet when it has none.
-Frame sheetFrame(const OxDbLayout& layout) {
-    OxDbViewport* sheet = nullptr;
-    Frame frame{OxGePoint3d(0, 0), OxGePoint3d(420, 297)};
-    if (oxdbOpenObject(sheet, db::viewportNumbered(layout, 1), OxDb::kForRead) == Ox::eOk) {
-        sheet->getExtents(frame.lo, frame.hi);
-        sheet->close();
-    }
-    return frame;
-}
+Frame frameOf(const db::geom::Box& box) { return {OxGePoint3d(box.minX, box.minY), OxGePoint3d(box.maxX, box.maxY)}; }
 
 // The layers frozen in new viewports.
 OxDbObjectIdArray layersFrozenInNewViewports(OxDbDatabase* db) {
@@ -86,16 +54,17 @@ OxDbObjectIdArray layersFrozenInNewViewports(OxDbDatabase* db) {
 // Points the view at the whole model: its extents fill the viewport in the
 // direction that runs out first; an empty model is shown at full size.
 void showWholeModel(OxDbViewport& viewport, OxDbDatabase* db) {
-    const std::optional<Frame> extents = modelExtents(db);
-    if (!extents) {
+    const std::optional<db::geom::Box> box = db::blockExtents(db->modelSpaceId());
+    if (!box) {
         viewport.setViewCenter(OxGePoint2d(0, 0));
         viewport.setViewHeight(viewport.height());
         return;
     }
-    const OxGePoint3d c = extents->center();
+    const Frame extents = frameOf(*box);
+    const OxGePoint3d c = extents.center();
     viewport.setViewCenter(OxGePoint2d(c.x, c.y));
     const double aspect = viewport.width() / viewport.height();
-    const double height = std::max(extents->height(), extents->width() / aspect);
+    const double height = std::max(extents.height(), extents.width() / aspect);
     viewport.setViewHeight(height > 0 ? height : viewport.height());
 }
 
@@ -112,7 +81,7 @@ int mview() {
     const editor::PointAnswer first = editor::askPoint(editor, L"\nSpecify corner of viewport or [Fit] <Fit>: ",
                                                        editor::KeywordList(L"Fit _Fit"));
     if (first.kind == editor::PointAnswer::Cancel) return STATUS_CANCEL;
-    Frame frame = sheetFrame(*layout);
+    Frame frame = frameOf(db::sheetBox(*layout));
     if (first.kind == editor::PointAnswer::Point) {
         const editor::PointAnswer second = editor::askPoint(editor, L"\nSpecify opposite corner: ");
         if (second.kind != editor::PointAnswer::Point) return STATUS_CANCEL;

@@ -113,7 +113,7 @@ std::wstring Lister::plotStyle() const {
 }
 
 void Lister::common() {
-    const ResolvedProperties resolved = resolveProperties(m_entity, nullptr);
+    const ResolvedProperties resolved = resolveProperties(m_entity);
     // A ByLayer or ByBlock value is followed by what it comes to.
     const auto shown = [](const std::wstring& value, bool byLayer, bool byBlock, const std::wstring& result) {
         if (byLayer) return value + L" (" + result + L")";
@@ -163,7 +163,7 @@ void Lister::insert(const OxDbBlockReference& reference) {
     line(L"Scale", L"X=" + number(s.sx) + L"  Y=" + number(s.sy) + L"  Z=" + number(s.sz));
     line(L"Rotation", degrees(reference.rotation()));
     // The reference's own values are what its ByBlock contents take.
-    const ResolvedProperties r = resolveProperties(reference, nullptr);
+    const ResolvedProperties r = resolveProperties(reference);
     line(L"ByBlock takes", r.color + L", " + r.linetype + L", " + r.lineweight + L", " + r.transparency + L"%, " +
                                r.plotStyle + L", " + r.material);
     for (const OxDbObjectId& id : reference.attributeIds()) {

@@ -38,6 +38,7 @@ enum ExitCode : int {
     kExitInternalError = 4,    // a leak or misuse found after a command, or an exception
     kExitModuleNotLoaded = 5,  // a configured module could not be loaded
     kExitSaveFailed = 6,       // a save of the drawing failed
+    kExitPictureFailed = 7,    // --plot or --export wrote no picture
 };
 
 struct SessionOptions {

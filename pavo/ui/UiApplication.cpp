@@ -19,13 +19,13 @@ void qtMessage(QtMsgType type, const QMessageLogContext&, const QString& message
 
 } // namespace
 
-void ensureApplication() {
+void ensureApplication(bool offscreen) {
     if (QApplication::instance()) return;
     qInstallMessageHandler(qtMessage);
     // Qt keeps references to these for the application's life.
-    static int argc = 1;
-    static char name[] = "pavo";
-    static char* argv[] = {name, nullptr};
+    static char name[] = "pavo", platformOption[] = "-platform", platform[] = "offscreen";
+    static char* argv[] = {name, platformOption, platform, nullptr};
+    static int argc = offscreen ? 3 : 1;
     // Never deleted: dialogs may be shown until the process ends, and the
     // library stays loaded (it is linked with -z nodelete).
     new QApplication(argc, argv);

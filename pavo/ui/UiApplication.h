@@ -6,8 +6,9 @@ class QWidget;
 
 namespace pavo::ui {
 
-// Makes the QApplication when there is none yet.
-void ensureApplication();
+// Makes the QApplication when there is none yet, on Qt's offscreen
+// platform when asked (pictures made where no display can be used).
+void ensureApplication(bool offscreen = false);
 // The host's main window: a hidden top-level widget, parent of dialogs.
 QWidget* mainWindow();
 

@@ -1,0 +1,110 @@
+#include "render/QtCanvas.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QPainterPath>
+#include <cmath>
+
+namespace pavo::render {
+namespace {
+
+constexpr double kRadiansToDegrees = 57.29577951308232;
+// Text is laid out at this size and scaled to its height.
+constexpr int kLayoutPixels = 100;
+
+const QFont& textFont() {
+    static const QFont font = [] {
+        QFont f(QStringLiteral("DejaVu Sans"));
+        f.setPixelSize(kLayoutPixels);
+        f.setStyleStrategy(QFont::ForceOutline);
+        return f;
+    }();
+    return font;
+}
+
+} // namespace
+
+QtCanvas::QtCanvas(QPainter& painter, double dotsPerMm, double pageHeightMm)
+    : m_painter(painter), m_scale(dotsPerMm), m_pageHeight(pageHeightMm) {
+    m_painter.setRenderHint(QPainter::Antialiasing, true);
+    m_painter.setBrush(Qt::NoBrush);
+}
+
+QtCanvas::~QtCanvas() { flush(); }
+
+void QtCanvas::flush() {
+    if (!m_lines.isEmpty()) m_painter.drawLines(m_lines);
+    m_lines.clear();
+}
+
+void QtCanvas::usePen(const Stroke& stroke, bool flatEnds) {
+    if (m_penSet && stroke == m_pen && flatEnds == m_flatEnds) return;
+    flush();
+    QPen pen(QColor(stroke.color.r, stroke.color.g, stroke.color.b, stroke.color.a));
+    // Zero is the thinnest line the device draws.
+    pen.setWidthF(stroke.width * m_scale);
+    pen.setCapStyle(flatEnds ? Qt::FlatCap : Qt::RoundCap);
+    pen.setJoinStyle(Qt::RoundJoin);
+    m_painter.setPen(pen);
+    m_pen = stroke;
+    m_flatEnds = flatEnds;
+    m_penSet = true;
+}
+
+void QtCanvas::setClip(const PageRect* rect) {
+    flush();
+    if (!rect) {
+        m_painter.setClipping(false);
+        return;
+    }
+    const QPointF a = device({rect->left, rect->top}), b = device({rect->right, rect->bottom});
+    m_painter.setClipRect(QRectF(a, b));
+}
+
+void QtCanvas::polyline(const Stroke& stroke, const PagePoint* points, std::size_t count, bool closed,
+                        bool flatEnds) {
+    if (count < 2) return;
+    usePen(stroke, flatEnds);
+    if (count == 2 && !closed) {
+        m_lines.append(QLineF(device(points[0]), device(points[1])));
+        return;
+    }
+    flush();
+    m_polyline.resize(static_cast<int>(count));
+    for (std::size_t i = 0; i < count; ++i) m_polyline[static_cast<int>(i)] = device(points[i]);
+    if (closed)
+        m_painter.drawPolygon(m_polyline.constData(), m_polyline.size());
+    else
+        m_painter.drawPolyline(m_polyline.constData(), m_polyline.size());
+}
+
+void QtCanvas::dot(const Stroke& stroke, PagePoint at) {
+    flush();
+    // A point is a round dot of the line's width, at least a device dot.
+    const double radius = std::max(stroke.width * m_scale, 1.0) / 2;
+    m_painter.save();
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(QColor(stroke.color.r, stroke.color.g, stroke.color.b, stroke.color.a));
+    m_painter.drawEllipse(device(at), radius, radius);
+    m_painter.restore();
+}
+
+void QtCanvas::text(const Stroke& stroke, PagePoint at, double height, double angle, std::wstring_view text) {
+    flush();
+    const QFont& font = textFont();
+    static const double capHeight = QFontMetricsF(font).capHeight();
+    if (!(capHeight > 0)) return;
+    QPainterPath path;
+    path.addText(0, 0, font, QString::fromWCharArray(text.data(), static_cast<int>(text.size())));
+    m_painter.save();
+    m_painter.translate(device(at));
+    m_painter.rotate(-angle * kRadiansToDegrees);
+    const double scale = height * m_scale / capHeight;
+    m_painter.scale(scale, scale);
+    m_painter.setPen(Qt::NoPen);
+    m_painter.setBrush(QColor(stroke.color.r, stroke.color.g, stroke.color.b, stroke.color.a));
+    m_painter.drawPath(path);
+    m_painter.restore();
+}
+
+} // namespace pavo::render
