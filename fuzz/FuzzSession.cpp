@@ -123,7 +123,8 @@ pavo::app::SessionOptions fuzzSessionOptions(const std::string& resourceDir, con
 }
 
 void removeFileCommands(pavo::app::Session& session) {
-    for (const wchar_t* name : {L"OPEN", L"NEW", L"SAVE", L"SAVEAS", L"QUIT", L"LAYERSTATE"})
+    // PLOT and EXPORT write pictures (and would load Qt, which fuzz builds leave out).
+    for (const wchar_t* name : {L"OPEN", L"NEW", L"SAVE", L"SAVEAS", L"QUIT", L"LAYERSTATE", L"PLOT", L"EXPORT"})
         session.commands().removeCommand(name);
 }
 
