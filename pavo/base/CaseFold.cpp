@@ -1,9 +1,9 @@
 #include "base/CaseFold.h"
 
+#include <atomic>
 #include <clocale>
 #include <cwctype>
 #include <locale.h>
-#include <memory>
 #include <wctype.h>
 
 namespace pavo {
@@ -30,22 +30,34 @@ wchar_t foldSlow(wchar_t ch) {
 }
 
 constexpr std::size_t kBmpSize = 0x10000;
+constexpr std::size_t kPageSize = 0x100;
+constexpr std::size_t kPages = kBmpSize / kPageSize;
 
-const wchar_t* bmpTable() {
-    static const std::unique_ptr<wchar_t[]> table = [] {
-        auto t = std::make_unique<wchar_t[]>(kBmpSize);
-        for (std::size_t c = 0; c < kBmpSize; ++c)
-            t[c] = foldSlow(static_cast<wchar_t>(c));
-        return t;
-    }();
-    return table.get();
+// Folded code points of the Basic Multilingual Plane, a page of 256 made on
+// first use: a session that meets a few scripts pays for a few pages, not
+// for 130,000 locale calls at start-up. Pages are never freed; a page made
+// twice by racing threads keeps the first one.
+std::atomic<const wchar_t*> foldPages[kPages];
+
+const wchar_t* foldPage(std::size_t page) {
+    const wchar_t* p = foldPages[page].load(std::memory_order_acquire);
+    if (p) return p;
+    auto* made = new wchar_t[kPageSize];
+    for (std::size_t i = 0; i < kPageSize; ++i)
+        made[i] = foldSlow(static_cast<wchar_t>(page * kPageSize + i));
+    if (foldPages[page].compare_exchange_strong(p, made, std::memory_order_acq_rel)) return made;
+    delete[] made;
+    return p;
 }
 
 } // namespace
 
 wchar_t foldCase(wchar_t ch) {
     if (ch >= 0 && ch < 0x80) return ch >= L'A' && ch <= L'Z' ? static_cast<wchar_t>(ch + 32) : ch;
-    if (ch > 0 && static_cast<std::size_t>(ch) < kBmpSize) return bmpTable()[ch];
+    if (ch > 0 && static_cast<std::size_t>(ch) < kBmpSize) {
+        const auto c = static_cast<std::size_t>(ch);
+        return foldPage(c / kPageSize)[c % kPageSize];
+    }
     return foldSlow(ch);
 }
 
