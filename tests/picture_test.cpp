@@ -205,6 +205,17 @@ TEST(PicturePlot, LineweightsAtTheirWidthOnPaper) {
     EXPECT_NEAR(width(sheetY(10), red), 0.25, 0.08) << "RED: the default lineweight, 0.25 mm";
 }
 
+TEST(PicturePlot, TransparentLayersLetHalfThePaperThrough) {
+    TempFolder dir;
+    ASSERT_EQ(plot(kDrawing, dir.path("sheet.png")).status, 0);
+    const Picture p(dir.path("sheet.png"), 100);
+    // HALF: blue, 1 mm wide, alpha 127 of 255; its middle rows are wholly covered.
+    int palest = 255;
+    for (int row = p.py(sheetY(95) + 1.5); row <= p.py(sheetY(95) - 1.5); ++row)
+        palest = std::min(palest, p.image().pixelColor(p.px(105 + 30 * kScale), row).red());
+    EXPECT_NEAR(palest, 128, 8);
+}
+
 TEST(PicturePlot, PlotStyleTablesNamedAndColourDependent) {
     TempFolder dir;
     // Named: every style of the monochrome table plots black.
