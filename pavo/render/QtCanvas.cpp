@@ -11,6 +11,11 @@ namespace {
 constexpr double kRadiansToDegrees = 57.29577951308232;
 // Text is laid out at this size and scaled to its height.
 constexpr int kLayoutPixels = 100;
+// Texts smaller than this many device dots are drawn as a line along their
+// baseline: no glyph could be read, and outlining them is slow.
+constexpr double kSmallestReadable = 3;
+// The outlines kept; a drawing of more different texts lays the rest out each time.
+constexpr std::size_t kMostOutlines = 4096;
 
 const QFont& textFont() {
     static const QFont font = [] {
@@ -90,20 +95,34 @@ void QtCanvas::dot(const Stroke& stroke, PagePoint at) {
 }
 
 void QtCanvas::text(const Stroke& stroke, PagePoint at, double height, double angle, std::wstring_view text) {
-    flush();
     const QFont& font = textFont();
     static const double capHeight = QFontMetricsF(font).capHeight();
     if (!(capHeight > 0)) return;
-    QPainterPath path;
-    path.addText(0, 0, font, QString::fromWCharArray(text.data(), static_cast<int>(text.size())));
+    const double scale = height * m_scale / capHeight;
+    auto known = m_outlines.find(std::wstring(text));
+    QPainterPath made;
+    const QPainterPath* outline = nullptr;
+    if (known != m_outlines.end()) {
+        outline = &known->second;
+    } else {
+        made.addText(0, 0, font, QString::fromWCharArray(text.data(), static_cast<int>(text.size())));
+        outline = m_outlines.size() < kMostOutlines ? &m_outlines.emplace(std::wstring(text), made).first->second : &made;
+    }
+    if (height * m_scale < kSmallestReadable) {
+        // A line as long as the text, as thick as its strokes would be.
+        const double length = outline->boundingRect().right() * scale / m_scale;
+        const PagePoint ends[2] = {at, {at.x + length * std::cos(angle), at.y + length * std::sin(angle)}};
+        polyline({stroke.color, height / 6}, ends, 2, false, true);
+        return;
+    }
+    flush();
     m_painter.save();
     m_painter.translate(device(at));
     m_painter.rotate(-angle * kRadiansToDegrees);
-    const double scale = height * m_scale / capHeight;
     m_painter.scale(scale, scale);
     m_painter.setPen(Qt::NoPen);
     m_painter.setBrush(QColor(stroke.color.r, stroke.color.g, stroke.color.b, stroke.color.a));
-    m_painter.drawPath(path);
+    m_painter.drawPath(*outline);
     m_painter.restore();
 }
 

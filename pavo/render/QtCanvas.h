@@ -4,7 +4,10 @@
 #pragma once
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QVector>
+#include <string>
+#include <unordered_map>
 
 #include "render/Canvas.h"
 
@@ -34,6 +37,9 @@ private:
     bool m_flatEnds = false, m_penSet = false;
     QVector<QLineF> m_lines;
     QVector<QPointF> m_polyline;
+    // Outlines of texts laid out once: drawings repeat their texts (room
+    // names, tags), and laying out glyphs is most of a text's cost.
+    std::unordered_map<std::wstring, QPainterPath> m_outlines;
 };
 
 } // namespace pavo::render
