@@ -99,6 +99,7 @@ class PAVO_HOST_API OxDbLayerTable : public OxDbSymbolTable {
     OX_RX_DECLARE_MEMBERS(OxDbLayerTable)
 public:
     const OxRxClass* recordClass() const override;
+    OxDbObject* cloneState() const override;
     // Marks layers in use: referred to by an entity of any block or by a
     // block definition's content; layer 0, DEFPOINTS and the current layer.
     void generateUsageData();
@@ -215,6 +216,7 @@ class PAVO_HOST_API OxDbLinetypeTable : public OxDbSymbolTable {
     OX_RX_DECLARE_MEMBERS(OxDbLinetypeTable)
 public:
     const OxRxClass* recordClass() const override;
+    OxDbObject* cloneState() const override;
 };
 
 class PAVO_HOST_API OxDbLinetypeTableRecord : public OxDbSymbolTableRecord {
@@ -246,6 +248,7 @@ class PAVO_HOST_API OxDbBlockTable : public OxDbSymbolTable {
     OX_RX_DECLARE_MEMBERS(OxDbBlockTable)
 public:
     const OxRxClass* recordClass() const override;
+    OxDbObject* cloneState() const override;
 };
 
 // A block: model space, a layout's paper space, or a block definition.

@@ -22,5 +22,7 @@ void registerSpaceCommands(const AddHostCommand& add);
 void registerMviewCommand(const AddHostCommand& add);
 // PLOT and EXPORT.
 void registerPictureCommands(const AddHostCommand& add);
+// U, UNDO, REDO, LAYERP and LAYERPMODE.
+void registerUndoCommands(const AddHostCommand& add);
 
 } // namespace pavo::app

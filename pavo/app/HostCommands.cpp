@@ -176,6 +176,7 @@ void registerHostCommands(Session& session, std::vector<std::unique_ptr<HostComm
     registerSpaceCommands(add);
     registerMviewCommand(add);
     registerPictureCommands(add);
+    registerUndoCommands(add);
 }
 
 } // namespace pavo::app

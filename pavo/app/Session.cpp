@@ -16,6 +16,7 @@
 #include "base/PathText.h"
 #include "base/Utf8.h"
 #include "db/DbStore.h"
+#include "db/UndoHistory.h"
 #include "editor/Editor.h"
 #include "editor/Output.h"
 #include "editor/SelectionSets.h"
@@ -45,6 +46,36 @@ std::vector<fs::path> splitPath(const char* value) {
     }
     return out;
 }
+
+// One undo step around a command, or a variable typed at "Command: ":
+// whatever it changes, U undoes at once. Nested ones join the outer one.
+class UndoStepScope {
+public:
+    UndoStepScope(Session& session, const std::wstring& name) : m_session(session), m_db(session.database()) {
+        if (!m_db) return;
+        db::UndoHistory& history = db::undoHistory(m_db);
+        resbuf limit{};
+        if (session.variables().get(L"UNDOLIMIT", limit) == STATUS_NORMAL && limit.restype == RTSHORT)
+            history.setStepLimit(static_cast<std::size_t>(limit.resval.rint));
+        history.beginCommand(name);
+    }
+    ~UndoStepScope() {
+        // OPEN and NEW replace the drawing: the old one's step went with it.
+        if (!m_db || m_session.database() != m_db) return;
+        db::UndoHistory& history = db::undoHistory(m_db);
+        history.endCommand();
+        if (history.takeDropNotice())
+            oxutPrintf(L"\nThe oldest commands can no longer be undone: the undo history keeps UNDOLIMIT commands "
+                       L"and at most %d MB.",
+                       static_cast<int>(db::UndoHistory::kMemoryCap >> 20));
+    }
+    UndoStepScope(const UndoStepScope&) = delete;
+    UndoStepScope& operator=(const UndoStepScope&) = delete;
+
+private:
+    Session& m_session;
+    OxDbDatabase* m_db;
+};
 
 std::wstring trimmed(const std::wstring& s) {
     const size_t a = s.find_first_not_of(L" \t");
@@ -259,6 +290,7 @@ void Session::runCommandLine(const std::wstring& text) {
 void Session::askVariable(const std::wstring& name) {
     std::wstring upper = name;
     for (wchar_t& c : upper) c = static_cast<wchar_t>(std::towupper(c));
+    UndoStepScope step(*this, upper);
     const std::wstring prompt = L"\nEnter new value for " + upper + L" <" + m_variables->valueText(upper.c_str()) + L">: ";
     for (;;) {
         const editor::InputLine line = m_editor->ask(prompt);
@@ -270,6 +302,7 @@ void Session::askVariable(const std::wstring& name) {
 }
 
 void Session::runCommand(const CommandStore::Entry& entry) {
+    UndoStepScope step(*this, entry.globalName);
     const HostAllocations before = hostAllocations();
     const bool dialog = m_dialogRequested;
     m_dialogRequested = false;

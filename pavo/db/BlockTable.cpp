@@ -226,6 +226,7 @@ namespace pavo::db {
 
 OxDbObjectId appendEntityDirect(OxDbBlockTableRecord* block, OxDbEntity* entity) {
     OxDbDatabase* db = block->database();
+    recordChange(block->cell());
     if (auto* viewport = OxDbViewport::cast(entity)) numberViewport(db, *block, viewport);
     OxDbObjectId id = makeResidentForWrite(db, entity, block->objectId());
     applyEntityDefaults(db, entity);

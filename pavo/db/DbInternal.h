@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "DbStore.h"
+#include "UndoHistory.h"
 #include "OxDbDatabase.h"
 #include "OxDbObject.h"
 
@@ -48,10 +49,18 @@ inline OxDbObject* objectOf(const OxDbObjectId& id) {
     return cell ? cell->object.get() : nullptr;
 }
 
+// Tells the undo history, when it records a command, that `cell`'s object
+// is about to change (or be erased): every change goes through here or
+// through a write open.
+inline void recordChange(OxDbCell* cell) {
+    if (UndoHistory* history = cell->database->impl()->recording) history->record(cell);
+}
+
 // The host changing an object it manages (a layout's tab order when
 // another tab goes away), whatever the object's open state.
 template <class T, class F> void changeDirect(T* obj, F change) {
     OxDbCell* cell = obj->cell();
+    recordChange(cell);
     const bool wasWriter = cell->writer;
     cell->writer = true;
     change(*obj);

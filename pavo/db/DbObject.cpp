@@ -56,6 +56,7 @@ OxDbObject* peekObject(const OxDbObjectId& id) { return objectOf(id); }
 
 // Keeps a symbol table's name index in step with the erased flag.
 static Ox::ErrorStatus setErasedFlag(OxDbCell* cell, bool erasing) {
+    recordChange(cell);
     if (auto* table = OxDbSymbolTable::cast(objectOf(cell->owner))) {
         Ox::ErrorStatus es = table->impl()->onErase(cell, erasing);
         if (es != Ox::eOk) return es;
@@ -140,7 +141,7 @@ Ox::ErrorStatus OxDbObject::upgradeOpen() {
     if (isOnLockedLayer(*this)) return Ox::eOnLockedLayer;
     m_cell->readers = 0;
     m_cell->writer = true;
-    if (const auto& hook = m_cell->database->impl()->onFirstWriteOpen) hook(this);
+    recordChange(m_cell);
     return Ox::eOk;
 }
 
@@ -189,7 +190,7 @@ Ox::ErrorStatus oxdbOpenObjectAs(OxDbObject*& obj, const OxDbObjectId& id, const
         if (isOnLockedLayer(*target)) return Ox::eOnLockedLayer;
         cell->writer = true;
         store.open.insert(cell);
-        if (const auto& hook = cell->database->impl()->onFirstWriteOpen) hook(target);
+        recordChange(cell);
     } else if (mode == OxDb::kForRead || mode == OxDb::kForNotify) {
         if (cell->writer) return Ox::eWasOpenForWrite;
         if (cell->readers++ == 0) store.open.insert(cell);

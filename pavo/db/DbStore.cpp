@@ -5,6 +5,7 @@
 #include "OxDbEntity.h"
 #include "OxDbSymbolTable.h"
 #include "SymbolTableImpl.h"
+#include "UndoHistory.h"
 
 void pavo::db::OpenSet::insert(OxDbCell* cell) {
     if (cell->openSlot != kNoSlot) return;
@@ -53,6 +54,7 @@ OxDbObjectId Store::attach(OxDbObject* obj, const OxDbObjectId& owner, OxDbCell*
     if (!cell && pendingCell && !pendingCell->object) cell = pendingCell;
     pendingCell = nullptr;
     if (!cell || cell->object) cell = newCell();
+    if (UndoHistory* history = database->impl()->recording) history->recordCreation(cell);
     cell->object.reset(obj);
     cell->cls = obj->isA();
     if (holdsKindOf(cell, OxDbBlockReference::desc())) referencesChanged();

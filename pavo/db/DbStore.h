@@ -13,6 +13,7 @@
 
 #include "HandleIndex.h"
 #include "StablePool.h"
+#include "UndoHistory.h"
 #include "OxDbDatabase.h"
 #include "OxDbLayerStateManager.h" // complete types for the Impl's unique_ptr members
 #include "OxDbObject.h"
@@ -35,6 +36,9 @@ public:
     bool erased = false;
     bool modified = false; // changed since it was made resident
     bool claimed = false;  // the drawing reader gave the handle to an object it reads
+    // The undo step that last recorded this cell (pavo/db/UndoHistory.h):
+    // an object changed twice in a command is recorded once.
+    std::uint32_t undoStamp = 0;
 };
 
 namespace pavo::db {
@@ -150,6 +154,9 @@ struct OxDbDatabase::Impl {
     std::vector<OxDbObjectId> regenQueue;
     int regenerateRequests = 0;
 
-    // Called on every first write open of an object in a command (undo hook).
-    std::function<void(OxDbObject*)> onFirstWriteOpen;
+    // The undo history (made when first asked for), and the same while it
+    // records a command: the one check that a change makes when nothing is
+    // recorded.
+    std::unique_ptr<pavo::db::UndoHistory> history;
+    pavo::db::UndoHistory* recording = nullptr;
 };

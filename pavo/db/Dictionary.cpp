@@ -1,3 +1,4 @@
+#include "DbBuild.h"
 #include "DbInternal.h"
 #include "DictionaryImpl.h"
 #include "RxDefine.h"
@@ -18,6 +19,7 @@ void OxDbDictionary::Impl::reindexFrom(std::size_t position) {
 }
 
 OxDbObjectId pavo::db::dictionaryAddDirect(OxDbDictionary* dict, const wchar_t* key, OxDbObject* obj) {
+    recordChange(dict->cell());
     OxDbObjectId id = dict->database()->impl()->store.attach(obj, dict->objectId());
     dict->impl()->entries.push_back({OxString(key), id.cell()});
     dict->impl()->reindexFrom(dict->impl()->entries.size() - 1);
@@ -100,7 +102,7 @@ Ox::ErrorStatus OxDbDictionary::setAt(const wchar_t* key, OxDbObject* object, Ox
     const long pos = m_impl->find(key);
     if (pos >= 0) {
         Impl::Entry& entry = m_impl->entries[static_cast<size_t>(pos)];
-        if (entry.cell != id.cell()) entry.cell->erased = true; // the replaced object
+        if (entry.cell != id.cell()) setErasedDirect(OxDbObjectId(entry.cell), true); // the replaced object
         m_impl->byKey.erase(pavo::foldCase(entry.key.view()));
         entry = {OxString(key), id.cell()};
         m_impl->reindexFrom(static_cast<size_t>(pos));

@@ -11,24 +11,19 @@ namespace pavo::db {
 
 namespace {
 
-// Changes `obj` as the host, after telling the undo hook.
-template <class T, class F> void changeRecorded(T* obj, F change) {
-    if (const auto& hook = obj->database()->impl()->onFirstWriteOpen) hook(obj);
-    changeDirect(obj, change);
-}
-
 void dropViewport(OxDbDatabase* db, const OxDbObjectId& viewportId) {
     if (auto* layers = OxDbLayerTable::cast(objectOf(db->layerTableId()))) {
         for (OxDbCell* cell : layers->impl()->records) {
             auto* layer = OxDbLayerTableRecord::cast(cell->object.get());
             if (layer && layer->hasOverrides(viewportId))
-                changeRecorded(layer, [&](OxDbLayerTableRecord& l) { l.removeViewportOverrides(viewportId); });
+                changeDirect(layer, [&](OxDbLayerTableRecord& l) { l.removeViewportOverrides(viewportId); });
         }
     }
     for (OxDbLayout* layout : paperLayouts(db)) {
         if (layout->activeViewportId() == viewportId)
-            changeRecorded(layout, [](OxDbLayout& l) { l.setActiveViewportId(OxDbObjectId()); });
-        if (layout->lastModelViewportId() == viewportId) layout->setLastModelViewportId(OxDbObjectId());
+            changeDirect(layout, [](OxDbLayout& l) { l.setActiveViewportId(OxDbObjectId()); });
+        if (layout->lastModelViewportId() == viewportId)
+            changeDirect(layout, [](OxDbLayout& l) { l.setLastModelViewportId(OxDbObjectId()); });
     }
 }
 
@@ -39,7 +34,7 @@ void dropLayer(OxDbDatabase* db, const OxDbObjectId& layerId) {
         for (const OxDbObjectId& id : layout->getViewportArray()) {
             auto* viewport = OxDbViewport::cast(objectOf(id));
             if (viewport && viewport->isLayerFrozenInViewport(layerId))
-                changeRecorded(viewport, [&](OxDbViewport& v) { v.thawLayersInViewport(one); });
+                changeDirect(viewport, [&](OxDbViewport& v) { v.thawLayersInViewport(one); });
         }
     }
 }

@@ -2,6 +2,7 @@
 // states dictionary, and put back by layer name.
 #include <unordered_set>
 
+#include "DbBuild.h"
 #include "DbInternal.h"
 #include "DictionaryImpl.h"
 #include "OxDbDictionary.h"
@@ -215,7 +216,7 @@ Ox::ErrorStatus OxDbLayerStateManager::deleteLayerState(const wchar_t* name) {
     if (!states || !hasLayerState(name)) return Ox::eKeyNotFound;
     OxDbObjectId id;
     changeDirect(states, [&](OxDbDictionary& d) { d.remove(name, id); });
-    if (OxDbCell* cell = id.cell()) cell->erased = true;
+    setErasedDirect(id, true);
     return Ox::eOk;
 }
 

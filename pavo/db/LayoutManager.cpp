@@ -143,6 +143,7 @@ Ox::ErrorStatus PavoLayoutManager::renameLayout(const wchar_t* oldName, const wc
     OxDbObjectId other = findLayoutNamed(newName, d);
     if (!other.isNull() && other != layout->objectId()) return Ox::eDuplicateKey;
     OxDbDictionary* layouts = layoutsOf(d);
+    recordChange(layouts->cell());
     auto& entries = layouts->impl()->entries;
     for (size_t i = 0; i < entries.size(); ++i) {
         if (entries[i].cell != layout->cell()) continue;
@@ -162,6 +163,7 @@ Ox::ErrorStatus PavoLayoutManager::deleteLayout(const wchar_t* name, OxDbDatabas
     if (!layout) return Ox::eKeyNotFound;
     if (layout->isModelLayout() || paperLayouts(d).size() < 2) return Ox::eNotApplicable;
     OxDbDictionary* layouts = layoutsOf(d);
+    recordChange(layouts->cell());
     auto& entries = layouts->impl()->entries;
     for (size_t i = 0; i < entries.size(); ++i) {
         if (entries[i].cell != layout->cell()) continue;
@@ -173,12 +175,12 @@ Ox::ErrorStatus PavoLayoutManager::deleteLayout(const wchar_t* name, OxDbDatabas
     if (auto* block = OxDbBlockTableRecord::cast(objectOf(layout->getBlockTableRecordId()))) {
         for (OxDbCell* cell : block->impl()->entities) {
             if (cell->erased) continue;
-            cell->erased = true;
+            setErasedDirect(OxDbObjectId(cell), true);
             dropReferencesTo(cell);
         }
         setErasedDirect(block->objectId(), true);
     }
-    layout->cell()->erased = true;
+    setErasedDirect(layout->objectId(), true);
     // The remaining tabs close the gap.
     int order = 1;
     for (OxDbLayout* other : paperLayouts(d)) {

@@ -87,6 +87,18 @@ Ox::ErrorStatus OxDbSymbolTable::newIterator(OxDbSymbolTableIterator*& it, bool 
 
 int OxDbSymbolTable::numEntries() const { return m_impl->live; }
 
+namespace {
+template <class Table> OxDbObject* cloneTable(const Table& table) {
+    auto* copy = new Table();
+    *copy->impl() = *table.impl();
+    return copy;
+}
+} // namespace
+
+OxDbObject* OxDbLayerTable::cloneState() const { return cloneTable(*this); }
+OxDbObject* OxDbLinetypeTable::cloneState() const { return cloneTable(*this); }
+OxDbObject* OxDbBlockTable::cloneState() const { return cloneTable(*this); }
+
 Ox::ErrorStatus OxDbSymbolTable::add(OxDbObjectId& id, OxDbSymbolTableRecord* record) {
     id.setNull();
     OxDbDatabase* db = database();
@@ -202,6 +214,7 @@ Ox::ErrorStatus OxDbSymbolTableIterator::seek(const OxDbObjectId& id) {
 
 OxDbObjectId pavo::db::addRecordDirect(OxDbSymbolTable* table, OxDbSymbolTableRecord* record) {
     OxDbDatabase* db = table->database();
+    recordChange(table->cell());
     if (auto* layer = OxDbLayerTableRecord::cast(record)) applyNewLayerDefaults(db, layer);
     OxDbObjectId id = makeResidentForWrite(db, record, table->objectId());
     table->impl()->insert(id.cell());

@@ -35,6 +35,7 @@ std::vector<SystemVariableRow> sessionVariableRows() {
         session(L"PICKBOX", 0, 50, 3, L"Pick distance in drawing units"),
         session(L"PICKFIRST", 0, 1, 1, L"Commands see the objects selected before them"),
         session(L"SETBYLAYERMODE", 0, 255, 255, L"Properties that SETBYLAYER changes (bits)"),
+        session(L"UNDOLIMIT", 1, 32767, 100, L"Most commands that U and UNDO can undo"),
     };
     for (SystemVariableRow& row : rows) {
         if (row.definition.name == L"LWDEFAULT") row.check = checkLineweight;
