@@ -68,7 +68,7 @@ const OxDbLayerTableRecord* layerIn(const OxDbObject* obj) { return OxDbLayerTab
 
 // What a recorded state takes: its own allocation and the lists a
 // container holds (names and small parts are left out: an estimate).
-std::size_t stateBytes(const OxDbObject* state) {
+std::size_t recordedBytes(const OxDbObject* state) {
     std::size_t bytes = sizeof(ObjectChange);
     if (!state) return bytes;
     bytes += malloc_usable_size(const_cast<OxDbObject*>(state));
@@ -177,14 +177,14 @@ void UndoHistory::record(OxDbCell* cell) {
             return;
         }
     }
-    m_open->bytes += stateBytes(state.get());
+    m_open->bytes += recordedBytes(state.get());
     m_open->changes.push_back(ObjectChange{cell, std::move(state), cell->owner, cell->erased});
 }
 
 void UndoHistory::recordCreation(OxDbCell* cell) {
     if (!m_open || cell->undoStamp == m_open->stamp) return;
     cell->undoStamp = m_open->stamp;
-    m_open->bytes += stateBytes(nullptr);
+    m_open->bytes += recordedBytes(nullptr);
     m_open->changes.push_back(ObjectChange{cell, nullptr, cell->owner, cell->erased});
 }
 
@@ -203,6 +203,13 @@ void UndoHistory::trim() {
     }
     while (m_layerSteps.size() > limit)
         m_layerSteps.pop_front();
+}
+
+std::size_t UndoHistory::changedObjects() const {
+    std::size_t n = 0;
+    for (const UndoStep& step : m_done)
+        n += step.changes.size();
+    return n;
 }
 
 bool UndoHistory::takeDropNotice() {

@@ -122,6 +122,10 @@ public:
     bool takeDropNotice();
     std::size_t bytes() const { return m_bytes; }
     std::size_t stepCount() const { return m_done.size(); }
+    // Objects recorded in the steps that can be undone, and what their
+    // recorded states take without the history's own bookkeeping.
+    std::size_t changedObjects() const;
+    std::size_t stateBytes() const { return m_bytes - changedObjects() * sizeof(ObjectChange); }
 
     // LAYERP and LAYERPMODE.
     void setLayerPreviousTracking(bool on);

@@ -1,0 +1,153 @@
+// U, UNDO's options, REDO, LAYERP and the history's limits through the real
+// host and module on the sample drawing.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "OxDbDatabase.h"
+#include "layer_TestSupport.h"
+
+namespace {
+
+using layertest::currentLayer;
+using layertest::isFrozen;
+using layertest::isOff;
+using pavotest::countOf;
+using pavotest::Drawing;
+using pavotest::ScriptedSession;
+
+int colorIndexOf(OxDbDatabase* db, const wchar_t* layer) {
+    return layertest::readLayer<int>(db, layer, [](const OxDbLayerTableRecord& l) { return l.color().colorIndex(); });
+}
+
+int modelEntities(OxDbDatabase* db) {
+    int n = 0;
+    OxDbBlockTableRecord* model = nullptr;
+    if (oxdbOpenObject(model, db->modelSpaceId(), OxDb::kForRead) != Ox::eOk) return -1;
+    OxDbBlockTableRecordIterator* it = nullptr;
+    model->newIterator(it);
+    for (; !it->done(); it->step()) ++n;
+    delete it;
+    model->close();
+    return n;
+}
+
+TEST(UndoCommands, UndoCountsStepsAndRedoGivesThemBackUntilANewChange) {
+    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "-LAYER", "Freeze", "A-GLAZ", "", "LINE", "0,0", "5,5", "",
+                       "UNDO", "2", "REDO", "REDO", "REDO", "U", "CLAYER", "A-WALL", "REDO"});
+    OxDbDatabase* db = s.database();
+    const int lines = modelEntities(db);
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string t = s.transcript();
+    EXPECT_NE(t.find("Command: UNDO\nEnter the number of operations to undo or [Control/BEgin/End/Mark/Back] <1>: 2\n"
+                     "Undone: LINE\nUndone: -LAYER\nCommand: REDO\nRedone: -LAYER\nCommand: REDO\nRedone: LINE\n"
+                     "Command: REDO\nNothing to redo"),
+              std::string::npos)
+        << t;
+    // U took the line back, CLAYER was a new change: the line is gone for good.
+    EXPECT_EQ(countOf(t, "Nothing to redo"), 2) << t;
+    EXPECT_EQ(modelEntities(db), lines);
+    EXPECT_TRUE(isOff(db, L"A-DOOR"));
+    EXPECT_TRUE(isFrozen(db, L"A-GLAZ"));
+    EXPECT_EQ(currentLayer(db), "A-WALL");
+}
+
+TEST(UndoCommands, BackGoesToTheMarkAndGroupsAreOneStep) {
+    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "UNDO", "Mark", "UNDO", "BEgin", "-LAYER", "OFF", "A-GLAZ", "",
+                       "CLAYER", "A-WALL", "UNDO", "End", "-LAYER", "OFF", "S-GRID", "", "UNDO", "Back", "REDO", "U",
+                       "UNDO", "End"});
+    OxDbDatabase* db = s.database();
+    const std::string before = currentLayer(db);
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string t = s.transcript();
+    EXPECT_NE(t.find("Back\nUndone: -LAYER\nUndone: GROUP\nMark encountered.\nCommand: REDO\nRedone: GROUP\n"
+                     "Command: U\nUndone: GROUP\n"),
+              std::string::npos)
+        << t;
+    EXPECT_NE(t.find("No group is open: UNDO BEgin starts one."), std::string::npos);
+    EXPECT_TRUE(isOff(db, L"A-DOOR")) << "before the mark";
+    EXPECT_FALSE(isOff(db, L"A-GLAZ"));
+    EXPECT_FALSE(isOff(db, L"S-GRID"));
+    EXPECT_EQ(currentLayer(db), before);
+}
+
+TEST(UndoCommands, BackWithoutAMarkAsksAndUndoesEverything) {
+    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "CLAYER", "A-WALL", "UNDO", "Back", "No", "UNDO", "Back", ""});
+    OxDbDatabase* db = s.database();
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string t = s.transcript();
+    EXPECT_EQ(countOf(t, "This will undo everything. OK? [Yes/No] <Yes>: "), 2) << t;
+    EXPECT_NE(t.find("Undone: CLAYER\nUndone: -LAYER\nEverything has been undone."), std::string::npos) << t;
+    EXPECT_FALSE(isOff(db, L"A-DOOR"));
+}
+
+TEST(UndoCommands, ControlNoneStopsRecordingAndEmptiesTheHistory) {
+    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "UNDO", "Control", "None", "-LAYER", "OFF", "A-GLAZ", "", "U",
+                       "UNDO", "", "-LAYER", "OFF", "S-GRID", "", "U", "U"});
+    OxDbDatabase* db = s.database();
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string t = s.transcript();
+    EXPECT_NE(t.find("Command: U\nUndo is off. Turn it on with UNDO Control All.\nCommand: UNDO\n"
+                     "Enter an UNDO control option [All/None/One] <All>: \n"),
+              std::string::npos)
+        << t;
+    EXPECT_NE(t.find("Undone: -LAYER\nCommand: U\nNothing to undo."), std::string::npos) << t;
+    EXPECT_TRUE(isOff(db, L"A-DOOR")) << "the history was emptied";
+    EXPECT_TRUE(isOff(db, L"A-GLAZ")) << "not recorded";
+    EXPECT_FALSE(isOff(db, L"S-GRID")) << "recorded again";
+}
+
+TEST(UndoCommands, UndoAfterASaveLeavesTheDrawingChanged) {
+    const std::filesystem::path file = std::filesystem::path(testing::TempDir()) / "undo-after-save.pvd";
+    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "SAVEAS", file.string(), "U", "QUIT", "Cancel", "REDO"});
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    EXPECT_NE(s.transcript().find("Command: U\nUndone: -LAYER\nCommand: QUIT\nSave the changes to"), std::string::npos)
+        << s.transcript();
+    EXPECT_TRUE(s.database()->isModified());
+    EXPECT_TRUE(isOff(s.database(), L"A-DOOR"));
+    std::filesystem::remove(file);
+    std::filesystem::remove(file.string() + ".bak");
+}
+
+TEST(UndoCommands, LayerPreviousPutsBackLayerSettingsOnly) {
+    ScriptedSession s({"-LAYER", "Color", "red", "A-DOOR", "Set", "A-WALL", "", "-LAYER", "Freeze", "A-GLAZ",
+                       "Rename", "S-GRID", "S-AXES", "", "LINE", "0,0", "5,5", "", "LAYERP", "LAYERP", "LAYERP",
+                       "U", "LAYERPMODE", "OFf", "LAYERP"});
+    OxDbDatabase* db = s.database();
+    const std::string current = currentLayer(db);
+    const int colour = colorIndexOf(db, L"A-DOOR");
+    const int entities = modelEntities(db);
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string t = s.transcript();
+    EXPECT_EQ(countOf(t, "Restored previous layer states."), 2) << t;
+    EXPECT_NE(t.find("Command: LAYERP\n*No previous layer states*"), std::string::npos) << t;
+    EXPECT_NE(t.find("Command: U\nUndone: LAYERP\n"), std::string::npos) << "U finds the second LAYERP";
+    EXPECT_NE(t.find("Layer previous is off; turn it on with LAYERPMODE."), std::string::npos);
+    // Both LAYERPs put the layers back; U took back the second (colour, current layer).
+    EXPECT_FALSE(isFrozen(db, L"A-GLAZ"));
+    EXPECT_EQ(colorIndexOf(db, L"A-DOOR"), 1);
+    EXPECT_EQ(currentLayer(db), "A-WALL");
+    EXPECT_NE(colour, 1);
+    EXPECT_NE(current, "A-WALL");
+    EXPECT_TRUE(layertest::hasLayer(db, L"S-AXES")) << "a rename stays";
+    EXPECT_EQ(modelEntities(db), entities + 1) << "the line stays";
+}
+
+TEST(UndoCommands, TheOldestStepsGoPastUndoLimitAndTheUserIsToldOnce) {
+    ScriptedSession s({"UNDOLIMIT", "2", "-LAYER", "OFF", "A-DOOR", "", "-LAYER", "OFF", "A-GLAZ", "", "-LAYER", "OFF",
+                       "S-GRID", "", "-LAYER", "OFF", "S-COLS", "", "U", "U", "U"});
+    OxDbDatabase* db = s.database();
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string t = s.transcript();
+    EXPECT_EQ(countOf(t, "The oldest commands can no longer be undone: the undo history keeps UNDOLIMIT commands "
+                         "and at most 512 MB."),
+              1)
+        << t;
+    EXPECT_EQ(countOf(t, "Undone: -LAYER"), 2);
+    EXPECT_NE(t.find("Nothing to undo."), std::string::npos);
+    EXPECT_TRUE(isOff(db, L"A-DOOR"));
+    EXPECT_TRUE(isOff(db, L"A-GLAZ"));
+    EXPECT_FALSE(isOff(db, L"S-GRID"));
+}
+
+} // namespace
