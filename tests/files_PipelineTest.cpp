@@ -153,6 +153,13 @@ TEST(DrawingPipeline, TheFirstProblemInTheFileIsReportedWhicheverSideFindsIt) {
         {"override viewport read later",
          sampleWith(R"("overrides":[{"viewport":"6E")", R"("overrides":[{"viewport":"19")"),
          "/layers/1/overrides/0/viewport", "not a viewport"},
+        // The place of a reference found dangling at the end is found again
+        // by walking the text: strings full of JSON's own signs, and
+        // escapes, before it must not lead it astray.
+        {"dangling override viewport after strings with brackets",
+         sampleWith(R"("description":"Walls","overrides":[{"viewport":"6E")",
+                    R"("description":"W\"a]l}l{s[,:\\\u00e9\ud83d\ude00","overrides":[{"viewport":"FFFF")"),
+         "/layers/1/overrides/0/viewport", "refers to no object"},
         {"override lineweight", sampleWith(R"("color":1,"lineweight":70})", R"("color":1,"lineweight":-1})"),
          "/layers/1/overrides/0/lineweight", "refused the lineweight override"},
         {"no layer 0 before a bad entity",

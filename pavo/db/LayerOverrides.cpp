@@ -18,7 +18,7 @@ namespace {
 
 // The override of `list` for `viewportId`, else the layer's own value.
 template <class V>
-V overrideOr(const ViewportValues<V>* list, const OxDbObjectId& viewportId, const V& own, bool& isOverride) {
+V overrideOr(const OptionalViewportValues<V>* list, const OxDbObjectId& viewportId, const V& own, bool& isOverride) {
     const V* found = list ? list->find(viewportId) : nullptr;
     isOverride = found != nullptr;
     return found ? *found : own;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "OxCmColor.h"
@@ -104,14 +105,43 @@ private:
     std::uint32_t m_lastCode = 0;
 };
 
+// One property's overrides, made when the first is set: most layers with
+// overrides have them for one or two properties.
+template <class V> class OptionalViewportValues {
+public:
+    OptionalViewportValues() = default;
+    OptionalViewportValues(const OptionalViewportValues& other)
+        : m_values(other.m_values ? std::make_unique<ViewportValues<V>>(*other.m_values) : nullptr) {}
+    OptionalViewportValues& operator=(const OptionalViewportValues& other) {
+        if (this != &other) m_values = other.m_values ? std::make_unique<ViewportValues<V>>(*other.m_values) : nullptr;
+        return *this;
+    }
+
+    void set(const OxDbObjectId& viewport, const V& value) {
+        if (!m_values) m_values = std::make_unique<ViewportValues<V>>();
+        m_values->set(viewport, value);
+    }
+    const V* find(const OxDbObjectId& viewport) const { return m_values ? m_values->find(viewport) : nullptr; }
+    void remove(const OxDbObjectId& viewport) {
+        if (m_values) m_values->remove(viewport);
+    }
+    bool empty() const { return !m_values || m_values->empty(); }
+    template <class Visit> void forEach(Visit visit) const {
+        if (m_values) m_values->forEach(visit);
+    }
+
+private:
+    std::unique_ptr<ViewportValues<V>> m_values;
+};
+
 } // namespace pavo::db
 
 struct OxDbLayerTableRecord::Overrides {
-    pavo::db::ViewportValues<OxCmColor> color;
-    pavo::db::ViewportValues<OxDbObjectId> linetype;
-    pavo::db::ViewportValues<OxDb::LineWeight> lineWeight;
-    pavo::db::ViewportValues<OxCmTransparency> transparency;
-    pavo::db::ViewportValues<OxDbObjectId> plotStyle;
+    pavo::db::OptionalViewportValues<OxCmColor> color;
+    pavo::db::OptionalViewportValues<OxDbObjectId> linetype;
+    pavo::db::OptionalViewportValues<OxDb::LineWeight> lineWeight;
+    pavo::db::OptionalViewportValues<OxCmTransparency> transparency;
+    pavo::db::OptionalViewportValues<OxDbObjectId> plotStyle;
 
     bool empty() const {
         return color.empty() && linetype.empty() && lineWeight.empty() && transparency.empty() && plotStyle.empty();

@@ -68,6 +68,106 @@ std::string JsonIn::pointer() const {
     return out;
 }
 
+namespace {
+
+// The string whose opening quote is at `p`, unescaped, and the position
+// after its closing quote.
+const char* readString(const char* p, const char* end, std::string& out) {
+    out.clear();
+    std::wstring wide;
+    for (++p; p < end && *p != '"'; ++p) {
+        if (*p != '\\' || p + 1 >= end) {
+            out += *p;
+            continue;
+        }
+        const char c = *++p;
+        switch (c) {
+        case 'b': out += '\b'; break;
+        case 'f': out += '\f'; break;
+        case 'n': out += '\n'; break;
+        case 'r': out += '\r'; break;
+        case 't': out += '\t'; break;
+        case 'u': {
+            std::uint32_t unit = 0;
+            if (end - p < 5 || std::from_chars(p + 1, p + 5, unit, 16).ptr != p + 5) break;
+            p += 4;
+            wide = static_cast<wchar_t>(unit);
+            // A surrogate pair is one character.
+            std::uint32_t low = 0;
+            if (unit >= 0xD800 && unit < 0xDC00 && end - p >= 7 && p[1] == '\\' && p[2] == 'u' &&
+                std::from_chars(p + 3, p + 7, low, 16).ptr == p + 7 && low >= 0xDC00 && low < 0xE000) {
+                wide = static_cast<wchar_t>(0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00));
+                p += 6;
+            }
+            out += toUtf8(wide);
+            break;
+        }
+        default: out += c; // '"', '\\', '/'
+        }
+    }
+    return p + 1;
+}
+
+} // namespace
+
+std::string JsonIn::pointerAt(const char* at) const {
+    struct Level {
+        bool array;
+        long index;
+        std::string key;
+    };
+    std::vector<Level> levels;
+    bool expectKey = false;
+    std::string text;
+    for (const char* p = m_begin; p < m_end && p < at;) {
+        switch (*p) {
+        case '{':
+            levels.push_back({false, -1, {}});
+            expectKey = true;
+            ++p;
+            break;
+        case '[':
+            levels.push_back({true, 0, {}});
+            expectKey = false;
+            ++p;
+            break;
+        case '}':
+        case ']':
+            if (!levels.empty()) levels.pop_back();
+            ++p;
+            break;
+        case ',':
+            if (!levels.empty()) {
+                if (levels.back().array)
+                    ++levels.back().index;
+                else
+                    expectKey = true;
+            }
+            ++p;
+            break;
+        case ':':
+            expectKey = false;
+            ++p;
+            break;
+        case '"':
+            p = readString(p, m_end, text);
+            if (expectKey && !levels.empty() && !levels.back().array) levels.back().key = text;
+            break;
+        default:
+            ++p;
+        }
+    }
+    std::string out;
+    for (const Level& level : levels) {
+        out += '/';
+        if (level.array)
+            out += std::to_string(level.index);
+        else
+            appendPointerToken(out, level.key);
+    }
+    return out;
+}
+
 std::string JsonIn::pointerWith(std::string_view key) const {
     std::string out = pointer();
     out += '/';

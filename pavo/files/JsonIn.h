@@ -50,6 +50,11 @@ public:
     // The JSON Pointer of the current position.
     std::string pointer() const;
     std::string pointerWith(std::string_view key) const;
+    // The JSON Pointer of the value that starts at `at`, found by walking
+    // the text from its start: for a message about a place passed long ago
+    // (a reference checked once the whole file is read), so that nothing
+    // has to be kept for each place that is never complained about.
+    std::string pointerAt(const char* at) const;
     static const char* where(sj::value& v) { return v.raw_json_token().data(); }
     const char* begin() const { return m_begin; }
     const char* end() const { return m_end; }

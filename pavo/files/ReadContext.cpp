@@ -58,7 +58,7 @@ bool ReadContext::resolve(std::uint64_t handle, const RefKind& kind, const char*
     OxDbCell* cell = store.cellForHandle(handle);
     id = OxDbObjectId(cell);
     if (!cell->object) {
-        m_forwards.push_back({cell, &kind, pointer(), at});
+        m_forwards.push_back({cell, &kind, at});
         return true;
     }
     if (!pavo::db::holdsKindOf(cell, kind.cls))
@@ -74,9 +74,9 @@ bool ReadContext::checkForwardReferences() {
     for (const auto& ref : m_forwards) {
         const std::string handle = handleText(ref.cell->handle);
         if (!ref.cell->object)
-            return failAt(ref.pointer, ref.at, "handle \"" + handle + "\" refers to no object in the drawing");
+            return failAt(pointerAt(ref.at), ref.at, "handle \"" + handle + "\" refers to no object in the drawing");
         if (!pavo::db::holdsKindOf(ref.cell, ref.kind->cls))
-            return failAt(ref.pointer, ref.at,
+            return failAt(pointerAt(ref.at), ref.at,
                           "handle \"" + handle + "\" is " + pavo::toUtf8(ref.cell->object->isA()->name()) + ", not " +
                               ref.kind->name);
     }
@@ -90,7 +90,7 @@ void ReadContext::adoptForwards(ReadContext& other) {
     for (Forward& ref : other.m_forwards) {
         for (std::size_t i = 0; i < std::size(theirs); ++i)
             if (ref.kind == theirs[i]) ref.kind = ours[i]; // `other` may not outlive this
-        m_forwards.push_back(std::move(ref));
+        m_forwards.push_back(ref);
     }
     other.m_forwards.clear();
 }

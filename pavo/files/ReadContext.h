@@ -52,10 +52,11 @@ public:
     void dropCell() { store.setPendingCell(nullptr); }
 
 private:
+    // A reference to an object not read yet, checked at the end; its JSON
+    // Pointer is found from `at` if it is refused.
     struct Forward {
         OxDbCell* cell;
         const RefKind* kind;
-        std::string pointer;
         const char* at;
     };
     std::vector<Forward> m_forwards;
