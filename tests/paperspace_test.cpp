@@ -153,6 +153,7 @@ TEST(PaperSpace, WhatAPointPicks) {
     EXPECT_EQ(pick(sheet, "662,420"), std::vector<std::string>{"viewport 3"});
     EXPECT_TRUE(pick(sheet, "740,420").empty()) << "the inside of a viewport is not its frame";
     EXPECT_TRUE(pick(sheet, "0.5,300").empty()) << "the sheet itself is never picked";
+    EXPECT_EQ(pick(sheet, "651,10"), std::vector<std::string>{"0"}) << "the title block, a paper-space object";
 
     // The light at 4000,9000 (radius 200), seen by both viewports: 1 sheet
     // unit is 38.1 model units in viewport 2 and 33.3 in viewport 3, so a
@@ -162,6 +163,11 @@ TEST(PaperSpace, WhatAPointPicks) {
     EXPECT_EQ(pick(two, "4000,9310"), std::vector<std::string>{"E-LITE"});
     EXPECT_TRUE(pick(three, "4000,9310").empty());
     EXPECT_EQ(pick(three, "4000,9290"), std::vector<std::string>{"E-LITE"});
+    // Frozen in viewport 3 only: it can no longer be picked there.
+    const std::vector<std::string> freezeLightsInThree = {"TILEMODE", "0", "CVPORT", "3", "VPLAYER", "Freeze",
+                                                          "E-LITE",   "",  "",       "CVPORT", "2"};
+    EXPECT_EQ(pick(freezeLightsInThree, "4000,9200"), std::vector<std::string>{"E-LITE"});
+    EXPECT_TRUE(pick(with(freezeLightsInThree, {"CVPORT", "3"}), "4000,9200").empty());
     // The light at 14000,9000 lies outside viewport 3's view.
     EXPECT_EQ(pick(two, "14000,8800"), std::vector<std::string>{"E-LITE"});
     EXPECT_TRUE(pick(three, "14000,8800").empty());

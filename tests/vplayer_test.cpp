@@ -6,6 +6,7 @@
 #include "OxDbDatabase.h"
 #include "PavoUndoController.h"
 #include "SessionHarness.h"
+#include "db/DbStore.h"
 #include "paperspace_TestSupport.h"
 
 using pavotest::countOf;
@@ -30,6 +31,16 @@ OxDbObjectId detail(OxDbDatabase* db, int number) { return viewportOf(db, L"A3 D
 
 int regenerations(ScriptedSession& s) { return s.session().regenerateRequests(); }
 int regenAllMarks(ScriptedSession& s) { return s.database()->undoController()->regenAllMarkCount(); }
+
+// How many times the current layer was set in a run of `lines` in "A1 Plan"
+// with A-WALL current.
+int currentLayerSets(const std::vector<std::string>& lines) {
+    std::vector<std::string> script = {"CLAYER", "A-WALL"};
+    script.insert(script.end(), lines.begin(), lines.end());
+    ScriptedSession s(inPlan(script));
+    s.run();
+    return s.database()->impl()->clayerSets;
+}
 
 void setVpdflt(OxDbDatabase* db, const wchar_t* name, bool value) {
     OxDbLayerTableRecord* layer = nullptr;
@@ -126,6 +137,30 @@ TEST(VplayerReset, BackToTheDefaultForNewViewportsWithoutOverrides) {
     EXPECT_EQ(frozenIn(detail(db, 2)), (Names{"E-POWR", "M-HVAC", "A-WALL"}));
     EXPECT_FALSE(overridesOf(db, L"A-WALL", detail(db, 2)).hasColor) << "the sample's override is gone";
     EXPECT_EQ(s.database()->clayer(), layerId(db, L"A-WALL"));
+}
+
+// The current layer is set again, once, when VPLAYER ends after Reset or an
+// override touched it, so that the host shows its new state.
+TEST(VplayerReset, TheCurrentLayerIsSetAgainWhenTouched) {
+    const int before = currentLayerSets({});
+    EXPECT_EQ(currentLayerSets({"VPLAYER", "Reset", "A-FURN", "", "Freeze", "A-WALL", "", ""}), before)
+        << "neither Reset of another layer nor Freeze sets it";
+    EXPECT_EQ(currentLayerSets({"VPLAYER", "Reset", "A-WALL", "", ""}), before + 1);
+    EXPECT_EQ(currentLayerSets({"VPLAYER", "Color", "2", "A-*", "All", "Reset", "A-WALL", "", "^C"}), before + 1)
+        << "once, at the end, also after Escape";
+    EXPECT_EQ(currentLayerSets({"VPLAYER", "Reset", "A-WALL", "", "List", "651,10"}), before)
+        << "a pick that is not a viewport ends the command without it";
+}
+
+TEST(VplayerThaw, EnterAtItsLayerPromptStillRegenerates) {
+    ScriptedSession s(inPlan({"VPLAYER", "Thaw", "", ""}));
+    EXPECT_EQ(s.run(), 0);
+    EXPECT_EQ(frozenIn(plan(s.database(), 3)), Names{"A-FURN"});
+    const std::string t = s.transcript();
+    EXPECT_NE(t.find("Enter layer(s) name to thaw: \n" + std::string(kLayoutPrompt) + "\nCommand: "),
+              std::string::npos)
+        << t;
+    EXPECT_EQ(regenerations(s), 1);
 }
 
 TEST(VplayerNewfrz, AllNewLayersAreMarkedButOnlyTheLastIsFrozen) {

@@ -142,6 +142,7 @@ Ox::ErrorStatus OxDbDatabase::setClayer(const OxDbObjectId& layerId) {
     if (layer->isFrozen()) return Ox::eLayerFrozen;
     m_impl->clayer = layerId;
     m_impl->modified = true;
+    ++m_impl->clayerSets;
     return Ox::eOk;
 }
 

@@ -153,6 +153,9 @@ struct OxDbDatabase::Impl {
     // Regeneration requests since the last reset, for tests and the editor.
     std::vector<OxDbObjectId> regenQueue;
     int regenerateRequests = 0;
+    // Times the current layer was set: a command that changed the current
+    // layer's state sets it again so that the host shows the change.
+    int clayerSets = 0;
 
     // The undo history (made when first asked for), and the same while it
     // records a command: the one check that a change makes when nothing is
