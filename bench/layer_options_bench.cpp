@@ -14,25 +14,21 @@
 // Each figure is one whole command run: from the answers to the return.
 #include <benchmark/benchmark.h>
 
-#include "BenchSupport.h"
+#include "BenchSession.h"
 
 #include <memory>
-#include <ostream>
-#include <streambuf>
 #include <string>
 #include <vector>
 
 #include "OxDbDatabase.h"
 #include "OxDbLayerStateManager.h"
-#include "OxDbSymbolTable.h"
-#include "app/Session.h"
-#include "editor/Input.h"
 
 namespace {
 
-using pavobench::NullBuffer;
-
-std::wstring layerName(std::size_t i) { return L"LAYER-" + std::to_wstring(100000000 + i).substr(1); }
+using pavobench::addLayers;
+using pavobench::BenchSession;
+using pavobench::LayerNaming;
+using pavobench::layerName;
 
 // The shortest names: 1 ... Z, 10 ... ZZ, 100 ...; layer i is named i + 1.
 std::wstring shortLayerName(std::size_t i) {
@@ -42,42 +38,21 @@ std::wstring shortLayerName(std::size_t i) {
     return name;
 }
 
-using LayerNaming = std::wstring (*)(std::size_t);
-
-void addLayers(OxDbDatabase* db, std::size_t count, LayerNaming nameOf = layerName) {
-    OxDbLayerTable* table = nullptr;
-    if (db->getLayerTable(table, OxDb::kForWrite) != Ox::eOk) return;
-    for (std::size_t i = 0; i < count; ++i) {
-        auto* layer = new OxDbLayerTableRecord();
-        layer->setName(nameOf(i).c_str());
-        layer->setLinetypeObjectId(db->continuousLinetype());
-        OxDbObjectId id;
-        if (table->add(id, layer) == Ox::eOk)
-            layer->close();
-        else
-            delete layer;
-    }
-    table->close();
-}
-
 // Runs `answers` in a fresh session on a new drawing with `layers` extra
 // layers (`layers`, else the first argument); only the run is timed.
 void runScript(benchmark::State& state, const std::vector<std::string>& answers, LayerNaming nameOf = layerName,
                std::size_t layers = 0) {
     if (!layers) layers = static_cast<std::size_t>(state.range(0));
-    NullBuffer nullBuffer;
-    std::ostream nullOut(&nullBuffer);
     for (auto _ : state) {
         state.PauseTiming();
-        auto session = std::make_unique<pavo::app::Session>(pavo::app::defaultSessionOptions(PAVO_BENCH_PAVO_EXE),
-                                                            pavo::editor::makeLinesInput(answers), nullOut);
-        if (!session->loadModules()) state.SkipWithError("module not loaded");
-        session->newDrawing();
-        addLayers(session->database(), layers, nameOf);
+        auto run = std::make_unique<BenchSession>(answers);
+        if (!run->ready()) state.SkipWithError("module not loaded");
+        run->session().newDrawing();
+        addLayers(run->session().database(), layers, nameOf);
         state.ResumeTiming();
-        if (session->run() != 0) state.SkipWithError("session failed");
+        if (run->session().run() != 0) state.SkipWithError("session failed");
         state.PauseTiming();
-        session.reset();
+        run.reset();
         state.ResumeTiming();
     }
 }
@@ -149,23 +124,19 @@ void BM_SaveLayerState(benchmark::State& state) { runScript(state, {"-LAYER", "s
 // Saves a state, changes every layer, then times only the restore.
 void BM_RestoreLayerState(benchmark::State& state) {
     const auto layers = static_cast<std::size_t>(state.range(0));
-    NullBuffer nullBuffer;
-    std::ostream nullOut(&nullBuffer);
     for (auto _ : state) {
         state.PauseTiming();
-        auto session = std::make_unique<pavo::app::Session>(
-            pavo::app::defaultSessionOptions(PAVO_BENCH_PAVO_EXE),
-            pavo::editor::makeLinesInput({"-LAYER", "Color", "3", "*", ""}), nullOut);
-        if (!session->loadModules()) state.SkipWithError("module not loaded");
-        session->newDrawing();
-        addLayers(session->database(), layers);
-        OxDbLayerStateManager* states = session->database()->getLayerStateManager();
+        auto run = std::make_unique<BenchSession>(std::vector<std::string>{"-LAYER", "Color", "3", "*", ""});
+        if (!run->ready()) state.SkipWithError("module not loaded");
+        run->session().newDrawing();
+        addLayers(run->session().database(), layers);
+        OxDbLayerStateManager* states = run->session().database()->getLayerStateManager();
         if (states->saveLayerState(L"S", OxDbLayerStateManager::kAll) != Ox::eOk) state.SkipWithError("not saved");
-        if (session->run() != 0) state.SkipWithError("session failed");
+        if (run->session().run() != 0) state.SkipWithError("session failed");
         state.ResumeTiming();
         if (states->restoreLayerState(L"S") != Ox::eOk) state.SkipWithError("not restored");
         state.PauseTiming();
-        session.reset();
+        run.reset();
         state.ResumeTiming();
     }
 }

@@ -15,7 +15,7 @@
 //                        has shown it before
 #include <benchmark/benchmark.h>
 
-#include "BenchSupport.h"
+#include "BenchSession.h"
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -24,39 +24,28 @@
 #include <chrono>
 #include <cstdlib>
 #include <memory>
-#include <ostream>
-#include <streambuf>
 #include <string>
 #include <vector>
 
 #include "DrawingGenerator.h"
 #include "OxDbDatabase.h"
-#include "app/Session.h"
-#include "editor/Input.h"
 
 extern char** environ;
 
 namespace {
 
-using pavobench::NullBuffer;
-
 // Runs `answers` on a generated drawing; only the session's run is timed.
 void runOnDrawing(benchmark::State& state, const std::vector<std::string>& answers, std::size_t explicitEvery) {
     const auto entities = static_cast<std::size_t>(state.range(0));
-    NullBuffer nullBuffer;
-    std::ostream nullOut(&nullBuffer);
-    pavo::app::SessionOptions options = pavo::app::defaultSessionOptions(PAVO_BENCH_PAVO_EXE);
-    options.userSettingsFile.clear();
-    options.noDialogs = true;
     for (auto _ : state) {
         state.PauseTiming();
-        auto session = std::make_unique<pavo::app::Session>(options, pavo::editor::makeLinesInput(answers), nullOut);
-        if (!session->loadModules()) state.SkipWithError("module not loaded");
-        session->useDrawing(pavobench::generateDrawing(pavobench::setByLayerDrawingSize(entities, explicitEvery)));
+        auto run = std::make_unique<pavobench::BenchSession>(answers);
+        if (!run->ready()) state.SkipWithError("module not loaded");
+        run->session().useDrawing(pavobench::generateDrawing(pavobench::setByLayerDrawingSize(entities, explicitEvery)));
         state.ResumeTiming();
-        if (session->run() != 0) state.SkipWithError("session failed");
+        if (run->session().run() != 0) state.SkipWithError("session failed");
         state.PauseTiming();
-        session.reset();
+        run.reset();
         state.ResumeTiming();
     }
     state.counters["entities"] = static_cast<double>(entities);
@@ -102,21 +91,16 @@ void BM_DialogFirstOpen(benchmark::State& state) {
 }
 
 void BM_DialogReopen(benchmark::State& state) {
-    NullBuffer nullBuffer;
-    std::ostream nullOut(&nullBuffer);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    pavo::app::SessionOptions options = pavo::app::defaultSessionOptions(PAVO_BENCH_PAVO_EXE);
-    options.userSettingsFile.clear();
+    pavo::app::SessionOptions options = pavobench::benchSessionOptions();
     options.noDialogs = false;
     constexpr int kOpenings = 20;
     for (auto _ : state) {
         state.PauseTiming();
         std::vector<std::string> answers = {"SETBYLAYER", "S", "@cancel"}; // the first one loads Qt
-        auto warmUp = std::make_unique<pavo::app::Session>(options, pavo::editor::makeLinesInput(answers), nullOut);
-        warmUp->loadModules();
-        warmUp->newDrawing();
-        answers.push_back("^C");
-        warmUp->run();
+        auto warmUp = std::make_unique<pavobench::BenchSession>(answers, options);
+        warmUp->session().newDrawing();
+        warmUp->session().run();
         warmUp.reset();
         answers = {"SETBYLAYER"};
         for (int i = 0; i < kOpenings; ++i) {
@@ -124,13 +108,12 @@ void BM_DialogReopen(benchmark::State& state) {
             answers.push_back("@cancel");
         }
         answers.push_back("^C");
-        auto session = std::make_unique<pavo::app::Session>(options, pavo::editor::makeLinesInput(answers), nullOut);
-        session->loadModules();
-        session->newDrawing();
+        auto run = std::make_unique<pavobench::BenchSession>(answers, options);
+        run->session().newDrawing();
         const auto start = std::chrono::steady_clock::now();
-        session->run();
+        run->session().run();
         const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-        session.reset();
+        run.reset();
         state.ResumeTiming();
         state.SetIterationTime(seconds / kOpenings);
     }

@@ -14,58 +14,29 @@
 #include <malloc.h>
 
 #include <memory>
-#include <ostream>
 #include <string>
 #include <vector>
 
-#include "BenchSupport.h"
+#include "BenchSession.h"
 #include "DrawingGenerator.h"
 #include "OxDbDatabase.h"
-#include "OxDbSymbolTable.h"
-#include "app/Session.h"
 #include "db/UndoHistory.h"
-#include "editor/Input.h"
 
 namespace {
 
-using pavobench::NullBuffer;
-
-struct Run {
-    NullBuffer nullBuffer;
-    std::ostream out{&nullBuffer};
-    std::unique_ptr<pavo::app::Session> session;
-
-    // A session on a new drawing of `layers` layers (or on `drawing`)
-    // whose input holds `answers` for the commands run with command().
-    Run(const std::vector<std::string>& answers, std::size_t layers, std::unique_ptr<OxDbDatabase> drawing = {}) {
-        pavo::app::SessionOptions options = pavo::app::defaultSessionOptions(PAVO_BENCH_PAVO_EXE);
-        options.userSettingsFile.clear();
-        options.noDialogs = true;
-        session = std::make_unique<pavo::app::Session>(options, pavo::editor::makeLinesInput(answers), out);
-        session->loadModules();
+// A session on a new drawing of `layers` layers (or on `drawing`) whose
+// input holds `answers` for the commands run with command().
+struct Run : pavobench::BenchSession {
+    Run(const std::vector<std::string>& answers, std::size_t layers, std::unique_ptr<OxDbDatabase> drawing = {})
+        : BenchSession(answers) {
         if (drawing)
-            session->useDrawing(std::move(drawing));
+            session().useDrawing(std::move(drawing));
         else
-            session->newDrawing();
-        addLayers(layers);
+            session().newDrawing();
+        pavobench::addLayers(session().database(), layers);
     }
-    void addLayers(std::size_t count) {
-        OxDbDatabase* db = session->database();
-        OxDbLayerTable* table = nullptr;
-        if (!count || db->getLayerTable(table, OxDb::kForWrite) != Ox::eOk) return;
-        for (std::size_t i = 0; i < count; ++i) {
-            auto* layer = new OxDbLayerTableRecord();
-            layer->setName((L"LAYER-" + std::to_wstring(i)).c_str());
-            OxDbObjectId id;
-            if (table->add(id, layer) == Ox::eOk)
-                layer->close();
-            else
-                delete layer;
-        }
-        table->close();
-    }
-    void command(const wchar_t* name) { session->runCommandLine(name); }
-    pavo::db::UndoHistory& history() { return pavo::db::undoHistory(session->database()); }
+    void command(const wchar_t* name) { session().runCommandLine(name); }
+    pavo::db::UndoHistory& history() { return pavo::db::undoHistory(session().database()); }
 };
 
 const std::vector<std::string> kFreezeAnswers = {"Freeze", "*", ""};
@@ -115,15 +86,12 @@ void BM_RedoFreezeAll(benchmark::State& state) {
     }
 }
 
-const std::vector<std::string> kSetByLayerAnswers = {"ALL", "", "Yes", "Yes"};
+const std::vector<std::string> kSetByLayerAnswers = {"255", "ALL", "", "Yes", "Yes"};
 
 std::unique_ptr<Run> setByLayerRun(std::size_t entities) {
     auto run = std::make_unique<Run>(kSetByLayerAnswers, 0,
                                      pavobench::generateDrawing(pavobench::setByLayerDrawingSize(entities, 10)));
-    resbuf mode{};
-    mode.restype = RTSHORT;
-    mode.resval.rint = 255;
-    run->session->variables().set(L"SETBYLAYERMODE", mode);
+    run->command(L"SETBYLAYERMODE");
     return run;
 }
 

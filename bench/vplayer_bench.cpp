@@ -14,15 +14,13 @@
 // overrides in each viewport).
 #include <benchmark/benchmark.h>
 
-#include "BenchSupport.h"
+#include "BenchSession.h"
 
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
 #include <memory>
-#include <ostream>
-#include <streambuf>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -30,15 +28,12 @@
 #include "DrawingGenerator.h"
 #include "app/Session.h"
 #include "db/PaperSpace.h"
-#include "editor/Input.h"
 #include "files/DrawingFile.h"
 #include "pavo_host.h"
 
 namespace {
 
 constexpr std::size_t kLayouts = 10;
-
-using pavobench::NullBuffer;
 
 pavobench::DrawingSize sizeOf(std::size_t layers, std::size_t viewports) {
     pavobench::DrawingSize size;
@@ -157,22 +152,19 @@ void runVplayer(benchmark::State& state, const pavobench::DrawingSize& size, con
     double frozen = 0, overrides = 0, output = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        NullBuffer nullBuffer;
-        std::ostream nullOut(&nullBuffer);
-        auto session = std::make_unique<pavo::app::Session>(pavo::app::defaultSessionOptions(PAVO_BENCH_PAVO_EXE),
-                                                            pavo::editor::makeLinesInput(answers), nullOut);
-        if (!session->loadModules() || !session->openDrawing(path)) state.SkipWithError("not set up");
-        OxDbDatabase* db = session->database();
+        auto run = std::make_unique<pavobench::BenchSession>(answers);
+        if (!run->ready() || !run->session().openDrawing(path)) state.SkipWithError("not set up");
+        OxDbDatabase* db = run->session().database();
         oxdbHostApplicationServices()->layoutManager()->setCurrentLayout(L"Sheet 1", db);
         if (db->setCvport(2) != Ox::eOk) state.SkipWithError("no viewport 2");
         if (prepare) prepare(db);
-        const std::size_t before = nullBuffer.written();
+        const std::size_t before = run->written();
         state.ResumeTiming();
-        if (session->run() != 0) state.SkipWithError("session failed");
+        if (run->session().run() != 0) state.SkipWithError("session failed");
         state.PauseTiming();
         countResults(db, frozen, overrides);
-        output += static_cast<double>(nullBuffer.written() - before);
-        session.reset();
+        output += static_cast<double>(run->written() - before);
+        run.reset();
         state.ResumeTiming();
     }
     const double runs = static_cast<double>(state.iterations());
