@@ -16,6 +16,11 @@ constexpr int kLayoutPixels = 100;
 constexpr double kSmallestReadable = 3;
 // The outlines kept; a drawing of more different texts lays the rest out each time.
 constexpr std::size_t kMostOutlines = 4096;
+// Strokes up to this many device dots wide are drawn as separate segments
+// with square ends, which Qt fills directly; wider ones go through its
+// general stroker for round ends and joins, which at this width no one
+// could tell from square ones.
+constexpr double kThinStroke = 3;
 
 const QFont& textFont() {
     static const QFont font = [] {
@@ -42,17 +47,17 @@ void QtCanvas::flush() {
     m_lines.clear();
 }
 
-void QtCanvas::usePen(const Stroke& stroke, bool flatEnds) {
-    if (m_penSet && stroke == m_pen && flatEnds == m_flatEnds) return;
+void QtCanvas::usePen(const Stroke& stroke, Qt::PenCapStyle cap) {
+    if (m_penSet && stroke == m_pen && cap == m_cap) return;
     flush();
     QPen pen(QColor(stroke.color.r, stroke.color.g, stroke.color.b, stroke.color.a));
     // Zero is the thinnest line the device draws.
     pen.setWidthF(stroke.width * m_scale);
-    pen.setCapStyle(flatEnds ? Qt::FlatCap : Qt::RoundCap);
+    pen.setCapStyle(cap);
     pen.setJoinStyle(Qt::RoundJoin);
     m_painter.setPen(pen);
     m_pen = stroke;
-    m_flatEnds = flatEnds;
+    m_cap = cap;
     m_penSet = true;
 }
 
@@ -69,9 +74,17 @@ void QtCanvas::setClip(const PageRect* rect) {
 void QtCanvas::polyline(const Stroke& stroke, const PagePoint* points, std::size_t count, bool closed,
                         bool flatEnds) {
     if (count < 2) return;
-    usePen(stroke, flatEnds);
-    if (count == 2 && !closed) {
-        m_lines.append(QLineF(device(points[0]), device(points[1])));
+    const bool thin = stroke.width * m_scale <= kThinStroke;
+    usePen(stroke, flatEnds ? Qt::FlatCap : thin ? Qt::SquareCap : Qt::RoundCap);
+    // Segments of a translucent stroke would darken where they overlap.
+    if ((count == 2 && !closed) || (thin && stroke.color.a == 255)) {
+        QPointF from = device(points[0]);
+        for (std::size_t i = 1; i < count; ++i) {
+            const QPointF to = device(points[i]);
+            m_lines.append(QLineF(from, to));
+            from = to;
+        }
+        if (closed && count > 2) m_lines.append(QLineF(from, device(points[0])));
         return;
     }
     flush();

@@ -29,12 +29,13 @@ public:
 
 private:
     QPointF device(PagePoint p) const { return {p.x * m_scale, (m_pageHeight - p.y) * m_scale}; }
-    void usePen(const Stroke& stroke, bool flatEnds);
+    void usePen(const Stroke& stroke, Qt::PenCapStyle cap);
 
     QPainter& m_painter;
     double m_scale, m_pageHeight;
     Stroke m_pen;
-    bool m_flatEnds = false, m_penSet = false;
+    Qt::PenCapStyle m_cap = Qt::RoundCap;
+    bool m_penSet = false;
     QVector<QLineF> m_lines;
     QVector<QPointF> m_polyline;
     // Outlines of texts laid out once: drawings repeat their texts (room
