@@ -9,8 +9,8 @@ packages=(
   libfmt-dev libsimdjson-dev rapidjson-dev libutfcpp-dev libcli11-dev libedit-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   qtbase5-dev qttools5-dev
-  # Pictures: SVG output, the font of texts, and pdfinfo to check PDFs in tests.
-  libqt5svg5-dev fonts-dejavu-core poppler-utils
+  # Pictures: SVG output, the font of texts, PNG compression, and pdfinfo to check PDFs in tests.
+  libqt5svg5-dev fonts-dejavu-core zlib1g-dev poppler-utils
   clang libclang-rt-14-dev
 )
 # An X server without a screen, for pictures of dialogs as a display shows them.

@@ -1,15 +1,15 @@
 // The picture library's entry: makes the output device for the format, lets
 // the drawing's walk paint on it, and hands the file's bytes back.
 #include <QBuffer>
-#include <QImage>
-#include <QImageWriter>
 #include <QPageSize>
 #include <QPdfWriter>
 #include <QSvgGenerator>
 #include <cmath>
 
 #include "PavoExport.h"
+#include "render/DisplayList.h"
 #include "render/DrawingWalk.h"
+#include "render/PngBands.h"
 #include "render/QtCanvas.h"
 #include "ui/UiApplication.h"
 
@@ -24,6 +24,13 @@ constexpr double kMostPixelsASide = 30000, kMostPixels = 4e8;
 constexpr double kSvgUnitsPerMm = 100;
 constexpr int kPdfDotsPerInch = 1200;
 
+bool walk(const PictureRequest& request, Canvas& canvas, double finest, std::wstring& error) {
+    DrawingWalk walk(request, canvas, finest);
+    if (walk.run()) return true;
+    error = L"the space to draw could not be read";
+    return false;
+}
+
 bool paint(const PictureRequest& request, QPaintDevice& device, double dotsPerMm, double finest, bool fillWhite,
            std::wstring& error) {
     QPainter painter(&device);
@@ -34,16 +41,14 @@ bool paint(const PictureRequest& request, QPaintDevice& device, double dotsPerMm
     if (fillWhite)
         painter.fillRect(QRectF(0, 0, request.pageWidthMm * dotsPerMm, request.pageHeightMm * dotsPerMm), Qt::white);
     QtCanvas canvas(painter, dotsPerMm, request.pageHeightMm);
-    DrawingWalk walk(request, canvas, finest);
-    if (!walk.run()) {
-        error = L"the space to draw could not be read";
-        return false;
-    }
+    if (!walk(request, canvas, finest, error)) return false;
     canvas.flush();
     return painter.end();
 }
 
-bool writePng(const PictureRequest& request, QBuffer& out, std::wstring& error) {
+// The drawing is walked once into a display list, which the cores then
+// paint and compress in bands.
+bool writePng(const PictureRequest& request, std::string& bytes, std::wstring& error) {
     const double dotsPerMm = request.dotsPerInch / kMmPerInch;
     const double width = std::round(request.pageWidthMm * dotsPerMm), height = std::round(request.pageHeightMm * dotsPerMm);
     if (!(width >= 1 && height >= 1) || width > kMostPixelsASide || height > kMostPixelsASide ||
@@ -53,23 +58,16 @@ bool writePng(const PictureRequest& request, QBuffer& out, std::wstring& error) 
                 L" pixels cannot be made (1 to 30000 a side, 400 million in all)";
         return false;
     }
-    QImage image(static_cast<int>(width), static_cast<int>(height), QImage::Format_RGB32);
-    if (image.isNull()) {
+    DisplayList list;
+    if (!walk(request, list, 1 / dotsPerMm, error)) return false;
+    if (list.incomplete()) {
         error = L"there is not enough memory for a picture of that size";
         return false;
     }
-    const int dotsPerMetre = static_cast<int>(std::lround(dotsPerMm * 1000));
-    image.setDotsPerMeterX(dotsPerMetre);
-    image.setDotsPerMeterY(dotsPerMetre);
-    if (!paint(request, image, dotsPerMm, 1 / dotsPerMm, true, error)) return false;
-    QImageWriter writer(&out, "png");
-    // Drawings are mostly white: the lightest compression (zlib's level 1;
-    // Qt maps 0..100 onto zlib's 0..9) is small and quick.
-    writer.setCompression(20);
-    if (!writer.write(image)) {
-        error = L"the PNG could not be encoded: " + writer.errorString().toStdWString();
-        return false;
-    }
+    const PngPage page{static_cast<int>(width), static_cast<int>(height), dotsPerMm, request.pageHeightMm};
+    std::vector<png::Piece> pieces;
+    if (!paintPngBands(list, page, bandsFor(page), pieces, error)) return false;
+    png::file(page.width, page.height, static_cast<int>(std::lround(dotsPerMm * 1000)), pieces, bytes);
     return true;
 }
 
@@ -106,14 +104,11 @@ PAVO_MODULE_EXPORT bool pavoWritePicture(const pavo::render::PictureRequest& req
     }
     // Text is laid out by Qt's font machinery, which needs its application.
     pavo::ui::ensureApplication(request.offscreen);
+    if (request.format == PictureFormat::Png) return pavo::render::writePng(request, bytes, error);
     QBuffer out;
     out.open(QIODevice::WriteOnly);
-    bool ok = false;
-    switch (request.format) {
-    case PictureFormat::Png: ok = pavo::render::writePng(request, out, error); break;
-    case PictureFormat::Svg: ok = pavo::render::writeSvg(request, out, error); break;
-    case PictureFormat::Pdf: ok = pavo::render::writePdf(request, out, error); break;
-    }
+    const bool ok = request.format == PictureFormat::Svg ? pavo::render::writeSvg(request, out, error)
+                                                         : pavo::render::writePdf(request, out, error);
     out.close();
     if (ok) bytes.assign(out.data().constData(), static_cast<std::size_t>(out.data().size()));
     return ok;

@@ -22,8 +22,9 @@ constexpr std::size_t kMostOutlines = 4096;
 // could tell from square ones.
 constexpr double kThinStroke = 3;
 
+// Each thread has its own font: Qt's fonts are not shared between threads.
 const QFont& textFont() {
-    static const QFont font = [] {
+    thread_local const QFont font = [] {
         QFont f(QStringLiteral("DejaVu Sans"));
         f.setPixelSize(kLayoutPixels);
         f.setStyleStrategy(QFont::ForceOutline);
@@ -109,7 +110,7 @@ void QtCanvas::dot(const Stroke& stroke, PagePoint at) {
 
 void QtCanvas::text(const Stroke& stroke, PagePoint at, double height, double angle, std::wstring_view text) {
     const QFont& font = textFont();
-    static const double capHeight = QFontMetricsF(font).capHeight();
+    thread_local const double capHeight = QFontMetricsF(font).capHeight();
     if (!(capHeight > 0)) return;
     const double scale = height * m_scale / capHeight;
     auto known = m_outlines.find(std::wstring(text));
