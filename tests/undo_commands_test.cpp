@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "OxDbDatabase.h"
+#include "db/UndoHistory.h"
 #include "layer_TestSupport.h"
 
 namespace {
@@ -131,6 +132,38 @@ TEST(UndoCommands, LayerPreviousPutsBackLayerSettingsOnly) {
     EXPECT_NE(current, "A-WALL");
     EXPECT_TRUE(layertest::hasLayer(db, L"S-AXES")) << "a rename stays";
     EXPECT_EQ(modelEntities(db), entities + 1) << "the line stays";
+}
+
+TEST(UndoCommands, LayerPreviousSkipsACommandThatWasUndone) {
+    ScriptedSession s({"-LAYER", "Color", "red", "A-DOOR", "", "-LAYER", "Freeze", "A-GLAZ", "", "U", "LAYERP", "REDO"});
+    OxDbDatabase* db = s.database();
+    const int colour = colorIndexOf(db, L"A-DOOR");
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    EXPECT_EQ(colorIndexOf(db, L"A-DOOR"), colour) << "LAYERP went back from the colour, the last command done";
+    EXPECT_FALSE(isFrozen(db, L"A-GLAZ"));
+    EXPECT_NE(s.transcript().find("Command: REDO\nNothing to redo"), std::string::npos) << s.transcript();
+}
+
+// A command that draws on a model space of many objects records the new
+// objects and the length of the list, not the whole list.
+TEST(UndoCommands, AddingToALargeModelSpaceRecordsTheNewObjectsOnly) {
+    ScriptedSession s({"LINE", "0,0", "5,5", "", "CIRCLE", "1,1", "2", "U", "U", "REDO"});
+    OxDbDatabase* db = s.database();
+    OxDbBlockTableRecord* model = nullptr;
+    ASSERT_EQ(oxdbOpenObject(model, db->modelSpaceId(), OxDb::kForWrite), Ox::eOk);
+    for (int i = 0; i < 20000; ++i) {
+        auto* line = new OxDbLine(OxGePoint3d(i, 0), OxGePoint3d(i, 1));
+        OxDbObjectId id;
+        ASSERT_EQ(model->appendOxDbEntity(id, line), Ox::eOk);
+        line->close();
+    }
+    model->close();
+    const int entities = modelEntities(db);
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    EXPECT_EQ(modelEntities(db), entities + 1) << "the line is back, the circle is not";
+    const pavo::db::UndoHistory& history = pavo::db::undoHistory(db);
+    ASSERT_EQ(history.stepCount(), 1u);
+    EXPECT_LT(history.stateBytes(), 2000u) << "20,000 entries of the list would take 160,000";
 }
 
 TEST(UndoCommands, TheOldestStepsGoPastUndoLimitAndTheUserIsToldOnce) {

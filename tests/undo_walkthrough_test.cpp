@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -156,6 +157,29 @@ TEST(UndoWalk, EveryCommandUndoesToTheDrawingBeforeItAndRedoesToTheOneAfter) {
         EXPECT_TRUE(s[3 * i + 3] == after) << "REDO: " << firstDifference(after, s[3 * i + 3]);
     }
     EXPECT_EQ(pavotest::countOf(out.str(), "Undone: "), static_cast<int>(kWalk.size())) << out.str();
+}
+
+// Several commands that add objects, undone and redone together and in
+// part: the model space's list comes back in its order each time.
+TEST(UndoWalk, CommandsAddingObjectsGoBackAndForthTogether) {
+    auto input = std::make_unique<SnapshotInput>(std::vector<std::string>{
+        "LINE", "0,0", "100,100", "", "CIRCLE", "5,5", "2.5", "TEXT", "1,2", "", "0", "Hi", "UNDO", "3", "REDO",
+        "REDO", "REDO", "UNDO", "2", "INSERT", "DOOR", "100,50", "", "", "U"});
+    SnapshotInput* snapshots = input.get();
+    std::ostringstream out;
+    pavo::app::Session session(testSessionOptions(), std::move(input), out);
+    ASSERT_TRUE(session.loadModules());
+    ASSERT_TRUE(session.openSample());
+    snapshots->session = &session;
+    EXPECT_EQ(session.run(), 0) << out.str();
+    // Before, after LINE, CIRCLE, TEXT, UNDO 3, REDO x3, UNDO 2, INSERT, U.
+    const std::vector<std::string>& s = snapshots->snapshots;
+    ASSERT_EQ(s.size(), 11u) << out.str();
+    EXPECT_TRUE(s[4] == s[0]) << "UNDO 3: " << firstDifference(s[0], s[4]);
+    for (std::size_t i = 1; i <= 3; ++i)
+        EXPECT_TRUE(s[4 + i] == s[i]) << "REDO " << i << ": " << firstDifference(s[i], s[4 + i]);
+    EXPECT_TRUE(s[8] == s[1]) << "UNDO 2: " << firstDifference(s[1], s[8]);
+    EXPECT_TRUE(s[10] == s[8]) << "U of INSERT: " << firstDifference(s[8], s[10]);
 }
 
 } // namespace

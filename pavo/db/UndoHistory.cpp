@@ -89,12 +89,41 @@ OxDbSymbolTable::Impl* listingTable(const OxDbCell* cell) {
     return table->impl();
 }
 
+// Whether swapping `change` leaves what symbol tables list as it is: the
+// same record name, owner and erased flag on both sides (or no record).
+bool listedAlike(const ObjectChange& change) {
+    const OxDbCell* cell = change.cell;
+    const auto* live = OxDbSymbolTableRecord::cast(cell->object.get());
+    const auto* saved = OxDbSymbolTableRecord::cast(change.state.get());
+    if (!live || !saved) return !live && !saved;
+    return cell->erased == change.erased && cell->owner == change.owner && live->name() == saved->name();
+}
+
+// A block recorded by its entity list's length: the list that the block
+// becoming live has is the part both have in common and the tail that the
+// state holds; the tail that goes is kept in the state.
+void swapEntityTails(ObjectChange& change) {
+    auto* live = OxDbBlockTableRecord::cast(change.cell->object.get());
+    auto* saved = OxDbBlockTableRecord::cast(change.state.get());
+    if (!live || !saved) return;
+    std::vector<OxDbCell*>& list = live->impl()->entities;
+    std::vector<OxDbCell*>& tail = saved->impl()->entities;
+    const std::size_t shared = std::min<std::size_t>(change.sharedEntities, list.size());
+    std::vector<OxDbCell*> goingTail(list.begin() + static_cast<std::ptrdiff_t>(shared), list.end());
+    list.resize(shared);
+    list.insert(list.end(), tail.begin(), tail.end());
+    tail = std::move(goingTail);
+    list.swap(tail); // the whole list goes with the block that becomes live
+}
+
 // Puts `change`'s state in place of the live object and keeps the other
 // way round in `change`; a symbol table's name index follows the record's
 // name and erased flag (the table itself may not have been changed).
 void swapState(ObjectChange& change) {
     OxDbCell* cell = change.cell;
-    if (OxDbSymbolTable::Impl* table = listingTable(cell)) {
+    if (change.sharedEntities != ObjectChange::kWholeState) swapEntityTails(change);
+    const bool relist = !listedAlike(change);
+    if (OxDbSymbolTable::Impl* table = relist ? listingTable(cell) : nullptr) {
         table->byName.erase(recordName(cell), cell);
         --table->live;
     }
@@ -106,7 +135,7 @@ void swapState(ObjectChange& change) {
     cell->object->attachCell(cell);
     cell->cls = cell->object->isA();
     cell->modified = true;
-    if (cell->erased || !OxDbSymbolTableRecord::cast(cell->object.get())) return;
+    if (!relist || cell->erased || !OxDbSymbolTableRecord::cast(cell->object.get())) return;
     if (auto* table = OxDbSymbolTable::cast(objectOf(cell->owner)); table && table->impl()->byName.insert(recordName(cell), cell))
         ++table->impl()->live;
 }
@@ -159,7 +188,7 @@ void UndoHistory::closeStep() {
     if (!step) return;
     step->after = DrawingVariables::of(m_db);
     if (step->changes.empty() && step->after == step->before) return; // it only read
-    if (m_layerPrevious && !step->layerPrevious && step->changesLayers()) keepLayerPrevious(*step);
+    step->layerPrevious = m_layerPrevious && !step->madeByLayerPrevious && step->changesLayers();
     m_undone.clear();
     m_bytes += step->bytes;
     m_done.push_back(std::move(*step));
@@ -169,23 +198,31 @@ void UndoHistory::closeStep() {
 void UndoHistory::record(OxDbCell* cell) {
     if (!m_open || cell->undoStamp == m_open->stamp) return;
     cell->undoStamp = m_open->stamp;
+    std::uint32_t sharedEntities = ObjectChange::kWholeState;
     std::unique_ptr<OxDbObject> state;
-    if (cell->object) {
+    if (auto* block = OxDbBlockTableRecord::cast(cell->object.get())) {
+        // Its entity list is kept as its length: a command only adds to it.
+        std::vector<OxDbCell*> entities;
+        entities.swap(block->impl()->entities);
+        sharedEntities = static_cast<std::uint32_t>(entities.size());
+        state.reset(block->cloneState());
+        entities.swap(block->impl()->entities);
+    } else if (cell->object) {
         state.reset(cell->object->cloneState());
-        if (!state) {
-            recordMisuse(cell, L"an object that cannot be recorded for undo was changed");
-            return;
-        }
+    }
+    if (cell->object && !state) {
+        recordMisuse(cell, L"an object that cannot be recorded for undo was changed");
+        return;
     }
     m_open->bytes += recordedBytes(state.get());
-    m_open->changes.push_back(ObjectChange{cell, std::move(state), cell->owner, cell->erased});
+    m_open->changes.push_back(ObjectChange{cell, std::move(state), cell->owner, sharedEntities, cell->erased});
 }
 
 void UndoHistory::recordCreation(OxDbCell* cell) {
     if (!m_open || cell->undoStamp == m_open->stamp) return;
     cell->undoStamp = m_open->stamp;
     m_open->bytes += recordedBytes(nullptr);
-    m_open->changes.push_back(ObjectChange{cell, nullptr, cell->owner, cell->erased});
+    m_open->changes.push_back(ObjectChange{cell, nullptr, cell->owner, ObjectChange::kWholeState, cell->erased});
 }
 
 void UndoHistory::trim() {
@@ -201,8 +238,6 @@ void UndoHistory::trim() {
         m_bytes -= m_done.front().bytes;
         m_done.pop_front();
     }
-    while (m_layerSteps.size() > limit)
-        m_layerSteps.pop_front();
 }
 
 std::size_t UndoHistory::changedObjects() const {
@@ -326,42 +361,42 @@ void UndoHistory::setControl(Control control) {
 
 // ------------------------------------------------------------ layer previous
 
-void UndoHistory::keepLayerPrevious(const UndoStep& step) {
-    LayerPreviousStep kept;
-    kept.clayer = step.before.clayer;
-    for (const ObjectChange& change : step.changes) {
-        const OxDbLayerTableRecord* before = layerIn(change.state.get());
-        if (!before || change.erased) continue; // a new layer has no settings to go back to
-        kept.layers.emplace_back(change.cell, std::unique_ptr<OxDbObject>(before->cloneState()));
-    }
-    m_layerSteps.push_back(std::move(kept));
-    trim();
-}
-
 void UndoHistory::setLayerPreviousTracking(bool on) {
     m_layerPrevious = on;
-    if (!on) m_layerSteps.clear();
+    if (on) return;
+    for (UndoStep& step : m_done)
+        step.layerPrevious = false;
+    for (UndoStep& step : m_undone)
+        step.layerPrevious = false;
 }
 
 bool UndoHistory::restoreLayerPrevious() {
-    if (m_layerSteps.empty()) return false;
-    LayerPreviousStep kept = std::move(m_layerSteps.back());
-    m_layerSteps.pop_back();
-    if (m_open) m_open->layerPrevious = true;
-    const auto* layer = layerIn(objectOf(kept.clayer));
-    if (layer && !kept.clayer.isErased()) {
+    // The newest step done that LAYERP has not gone back from: its states
+    // are the layers as they were before it.
+    auto found = std::find_if(m_done.rbegin(), m_done.rend(), [](const UndoStep& s) { return s.layerPrevious; });
+    if (found == m_done.rend()) return false;
+    UndoStep& previous = *found;
+    previous.layerPrevious = false;
+    if (m_open) m_open->madeByLayerPrevious = true;
+    const OxDbObjectId clayer = previous.before.clayer;
+    const auto* layer = layerIn(objectOf(clayer));
+    if (layer && !clayer.isErased()) {
         // Thawed first when it was frozen since: it was current, so thawed, then.
         if (layer->isFrozen()) {
-            record(kept.clayer.cell());
+            record(clayer.cell());
             changeDirect(const_cast<OxDbLayerTableRecord*>(layer), [](OxDbLayerTableRecord& l) { l.setIsFrozen(false); });
         }
-        m_db->setClayer(kept.clayer);
+        m_db->setClayer(clayer);
     }
-    for (auto& [cell, saved] : kept.layers) {
+    for (const ObjectChange& change : previous.changes) {
+        const OxDbLayerTableRecord* before = layerIn(change.state.get());
+        OxDbCell* cell = change.cell;
         auto* live = OxDbLayerTableRecord::cast(cell->object.get());
-        if (!live || cell->erased) continue; // erased since: LAYERP does not bring layers back
+        // New layers have no settings to go back to; LAYERP does not bring
+        // back erased ones.
+        if (!before || change.erased || !live || cell->erased) continue;
         record(cell);
-        auto* restored = static_cast<OxDbLayerTableRecord*>(saved.release());
+        auto* restored = static_cast<OxDbLayerTableRecord*>(before->cloneState());
         restored->setName(live->getName()); // renames stay
         // The database never has a frozen current layer.
         if (OxDbObjectId(cell) == m_db->clayer()) restored->setIsFrozen(false);

@@ -46,9 +46,16 @@ struct DrawingVariables {
 // after it while the step is undone. A null state is an object that did
 // not exist (made by the command, or undone).
 struct ObjectChange {
+    // A block's entity list only grows inside a command, so its state holds
+    // just the entities past the first `sharedEntities`, which the live
+    // block and the state have in common (kWholeState: not a block, or a
+    // block recorded whole).
+    static constexpr std::uint32_t kWholeState = ~std::uint32_t{0};
+
     OxDbCell* cell;
     std::unique_ptr<OxDbObject> state;
     OxDbObjectId owner;
+    std::uint32_t sharedEntities = kWholeState;
     bool erased;
 };
 
@@ -60,15 +67,12 @@ struct UndoStep {
     std::vector<ObjectChange> changes;
     DrawingVariables before, after;
     std::size_t bytes = 0; // what the recorded states take, about
-    bool layerPrevious = false; // made by LAYERP: not kept for the next one
+    bool madeByLayerPrevious = false; // never itself a step for LAYERP
+    // LAYERP may still put back the layer settings from before this step,
+    // which its recorded states hold while it is done.
+    bool layerPrevious = false;
 
     bool changesLayers() const;
-};
-
-// Layer settings before one command that changed them, for LAYERP.
-struct LayerPreviousStep {
-    std::vector<std::pair<OxDbCell*, std::unique_ptr<OxDbObject>>> layers;
-    OxDbObjectId clayer;
 };
 
 class UndoHistory {
@@ -141,20 +145,17 @@ private:
     void closeStep();
     void trim();
     void swapStates(UndoStep& step, bool forward);
-    void keepLayerPrevious(const UndoStep& step);
 
     OxDbDatabase* m_db;
     std::deque<UndoStep> m_done;
     std::vector<UndoStep> m_undone;
     std::unique_ptr<UndoStep> m_open;
-    std::deque<LayerPreviousStep> m_layerSteps;
     int m_depth = 0;
     std::uint32_t m_nextStamp = 1;
     std::size_t m_limit = 100;
     std::size_t m_bytes = 0;
     Control m_control = Control::All;
     bool m_layerPrevious = true;
-    bool m_restoringLayers = false;
     bool m_dropped = false, m_dropNoticeGiven = false;
 };
 
