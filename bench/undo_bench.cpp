@@ -1,6 +1,8 @@
 // The undo history's cost, through a session of the real host and module:
-//   FreezeAll/N/recording  "-LAYER" Freeze "*" on N layers, with the
-//                          history recording (1) or turned off (0)
+//   RecordingFreezeAll/N   "-LAYER" Freeze "*" on N layers, with the
+//                          history recording and with it off: medians of
+//                          each, and of the extra CPU time of recording
+//   RecordingListAll/N     the same for "-LAYER" "?", which only reads
 //   UndoFreezeAll/N        U of that command
 //   RedoFreezeAll/N        REDO after that U
 //   UndoSetByLayer/N       U of a SETBYLAYER on ALL of N entities (as in
@@ -12,7 +14,10 @@
 #include <benchmark/benchmark.h>
 
 #include <malloc.h>
+#include <time.h>
 
+#include <algorithm>
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -41,21 +46,63 @@ struct Run : pavobench::BenchSession {
 
 const std::vector<std::string> kFreezeAnswers = {"Freeze", "*", ""};
 
-void BM_FreezeAll(benchmark::State& state) {
-    const auto layers = static_cast<std::size_t>(state.range(0));
-    const bool recording = state.range(1) != 0;
-    for (auto _ : state) {
-        state.PauseTiming();
-        auto run = std::make_unique<Run>(kFreezeAnswers, layers);
-        if (!recording) run->history().setControl(pavo::db::UndoHistory::Control::None);
-        state.ResumeTiming();
-        run->command(L"-LAYER");
-        state.PauseTiming();
-        if (recording && run->history().stepCount() != 1) state.SkipWithError("not recorded");
-        run.reset();
-        state.ResumeTiming();
-    }
+// Thread CPU time and wall time of `work`, in milliseconds.
+struct Timing {
+    double cpu, wall;
+};
+template <class F> Timing timed(F work) {
+    timespec cpu0{}, cpu1{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &cpu0);
+    const auto wall0 = std::chrono::steady_clock::now();
+    work();
+    const auto wall1 = std::chrono::steady_clock::now();
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &cpu1);
+    const double cpu = static_cast<double>(cpu1.tv_sec - cpu0.tv_sec) * 1e3 + static_cast<double>(cpu1.tv_nsec - cpu0.tv_nsec) / 1e6;
+    return {cpu, std::chrono::duration<double, std::milli>(wall1 - wall0).count()};
 }
+
+double median(std::vector<double> values) {
+    if (values.empty()) return 0;
+    std::sort(values.begin(), values.end());
+    const std::size_t mid = values.size() / 2;
+    return values.size() % 2 ? values[mid] : (values[mid - 1] + values[mid]) / 2;
+}
+
+// A "-LAYER" run of `answers` with the history recording and with it off,
+// in pairs run one after the other (each first in turn), so that the load
+// of a shared machine falls on both alike. The time is the recording run's
+// wall time; `steps` the steps the history must hold after it.
+void recordingCost(benchmark::State& state, const std::vector<std::string>& answers, std::size_t steps) {
+    const auto layers = static_cast<std::size_t>(state.range(0));
+    std::vector<double> cpu[2], wall[2], extraCpu;
+    bool recordingFirst = false;
+    for (auto _ : state) {
+        Timing t[2]{};
+        for (const bool recording : {recordingFirst, !recordingFirst}) {
+            auto run = std::make_unique<Run>(answers, layers);
+            if (!recording) run->history().setControl(pavo::db::UndoHistory::Control::None);
+            t[recording] = timed([&] { run->command(L"-LAYER"); });
+            if (recording && (run->history().stepCount() != steps || (!steps && run->history().bytes())))
+                state.SkipWithError("recorded what it should not, or not what it should");
+        }
+        recordingFirst = !recordingFirst;
+        for (int recording : {0, 1}) {
+            cpu[recording].push_back(t[recording].cpu);
+            wall[recording].push_back(t[recording].wall);
+        }
+        extraCpu.push_back(100 * (t[1].cpu / t[0].cpu - 1));
+        state.SetIterationTime(t[1].wall / 1e3);
+    }
+    state.counters["off_cpu_ms"] = median(cpu[0]);
+    state.counters["on_cpu_ms"] = median(cpu[1]);
+    state.counters["off_wall_ms"] = median(wall[0]);
+    state.counters["on_wall_ms"] = median(wall[1]);
+    state.counters["extra_cpu_pct"] = median(extraCpu);
+}
+
+void BM_RecordingFreezeAll(benchmark::State& state) { recordingCost(state, kFreezeAnswers, 1); }
+// Listing every layer only reads: nothing is recorded.
+void BM_RecordingListAll(benchmark::State& state) { recordingCost(state, {"?", "", ""}, 0); }
 
 void BM_UndoFreezeAll(benchmark::State& state) {
     for (auto _ : state) {
@@ -132,13 +179,8 @@ void BM_UndoSetByLayer(benchmark::State& state) {
 
 } // namespace
 
-BENCHMARK(BM_FreezeAll)
-    ->Args({10000, 0})
-    ->Args({10000, 1})
-    ->Args({100000, 0})
-    ->Args({100000, 1})
-    ->Unit(benchmark::kMillisecond)
-    ->Iterations(5);
+BENCHMARK(BM_RecordingFreezeAll)->Arg(10000)->Arg(100000)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(11);
+BENCHMARK(BM_RecordingListAll)->Arg(10000)->Arg(100000)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(11);
 BENCHMARK(BM_UndoFreezeAll)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(BM_RedoFreezeAll)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(BM_UndoSetByLayer)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);

@@ -35,12 +35,13 @@ int modelEntities(OxDbDatabase* db) {
 
 TEST(UndoCommands, UndoCountsStepsAndRedoGivesThemBackUntilANewChange) {
     ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "-LAYER", "Freeze", "A-GLAZ", "", "LINE", "0,0", "5,5", "",
-                       "UNDO", "2", "REDO", "REDO", "REDO", "U", "CLAYER", "A-WALL", "REDO"});
+                       "UNDO", "Auto", "UNDO", "2", "REDO", "REDO", "REDO", "U", "CLAYER", "A-WALL", "REDO"});
     OxDbDatabase* db = s.database();
     const int lines = modelEntities(db);
     ASSERT_EQ(s.run(), 0) << s.transcript();
     const std::string t = s.transcript();
-    EXPECT_NE(t.find("Command: UNDO\nEnter the number of operations to undo or [Control/BEgin/End/Mark/Back] <1>: 2\n"
+    EXPECT_NE(t.find("<1>: Auto\nEvery command is one step already; UNDO BEgin and End make several commands one.\n"
+                     "Command: UNDO\nEnter the number of operations to undo or [Control/BEgin/End/Mark/Back] <1>: 2\n"
                      "Undone: LINE\nUndone: -LAYER\nCommand: REDO\nRedone: -LAYER\nCommand: REDO\nRedone: LINE\n"
                      "Command: REDO\nNothing to redo"),
               std::string::npos)

@@ -8,7 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "DocExamples.h"
 #include "SessionHarness.h"
+#include "layer_TestSupport.h"
 #include "editor/Input.h"
 #include "files/DrawingFile.h"
 
@@ -180,6 +182,20 @@ TEST(UndoWalk, CommandsAddingObjectsGoBackAndForthTogether) {
         EXPECT_TRUE(s[4 + i] == s[i]) << "REDO " << i << ": " << firstDifference(s[i], s[4 + i]);
     EXPECT_TRUE(s[8] == s[1]) << "UNDO 2: " << firstDifference(s[1], s[8]);
     EXPECT_TRUE(s[10] == s[8]) << "U of INSERT: " << firstDifference(s[8], s[10]);
+}
+
+// The README's undo session (docs/examples/undo.scr) run as written: the
+// transcript the README shows, and the drawing it describes at the end.
+TEST(UndoWalk, TheReadmeSessionPrintsWhatItShows) {
+    const std::string shown = pavotest::textBlockStartingWith(pavotest::repositoryFile("README.md"), "Command: -LAYER");
+    ASSERT_FALSE(shown.empty());
+    pavotest::ScriptedSession s(pavotest::scriptLines(pavotest::repositoryFile("docs/examples/undo.scr")));
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    EXPECT_EQ(s.transcript(), shown + "Command: \n");
+    OxDbDatabase* db = s.database();
+    for (const wchar_t* layer : {L"A-WALL", L"A-FURN", L"S-GRID"})
+        EXPECT_FALSE(layertest::isFrozen(db, layer)) << "LAYERP thawed them";
+    EXPECT_EQ(layertest::currentLayer(db), "A-WALL") << "redone";
 }
 
 } // namespace

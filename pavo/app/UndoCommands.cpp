@@ -88,7 +88,10 @@ int undo() {
     if (!h) return STATUS_ERROR;
     if (h->control() == UndoHistory::Control::None) return control(*h);
     const bool one = h->control() == UndoHistory::Control::One;
-    oxedInitGet(OX_INP_NOZERO | OX_INP_NONEG, one ? L"Control _Control" : L"Control BEgin End Mark Back _Control BEgin End Mark Back");
+    // Auto is understood though not offered: people used to grouping menu
+    // picks type it, and here every command is one step already.
+    oxedInitGet(OX_INP_NOZERO | OX_INP_NONEG, one ? L"Control Auto _Control Auto"
+                                                  : L"Control BEgin End Mark Back Auto _Control BEgin End Mark Back Auto");
     int count = 1;
     const int status = oxedGetInt(one ? L"\nEnter the number of operations to undo or [Control] <1>: "
                                       : L"\nEnter the number of operations to undo or [Control/BEgin/End/Mark/Back] <1>: ",
@@ -99,6 +102,10 @@ int undo() {
     OxString option;
     oxedGetInput(option);
     if (option == L"Control") return control(*h);
+    if (option == L"Auto") {
+        oxutPrintf(L"\nEvery command is one step already; UNDO BEgin and End make several commands one.");
+        return STATUS_NORMAL;
+    }
     if (option == L"BEgin") {
         h->beginGroup();
         return STATUS_NORMAL;
