@@ -14,6 +14,7 @@
 #include <benchmark/benchmark.h>
 
 #include <malloc.h>
+#include <sys/resource.h>
 #include <time.h>
 
 #include <algorithm>
@@ -46,19 +47,25 @@ struct Run : pavobench::BenchSession {
 
 const std::vector<std::string> kFreezeAnswers = {"Freeze", "*", ""};
 
-// Thread CPU time and wall time of `work`, in milliseconds.
+// Thread CPU time and wall time of `work`, in milliseconds, and the page
+// faults it took (first touches of memory new to the process).
 struct Timing {
-    double cpu, wall;
+    double cpu, wall, faults;
 };
 template <class F> Timing timed(F work) {
     timespec cpu0{}, cpu1{};
+    rusage usage0{}, usage1{};
+    getrusage(RUSAGE_THREAD, &usage0);
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &cpu0);
     const auto wall0 = std::chrono::steady_clock::now();
     work();
     const auto wall1 = std::chrono::steady_clock::now();
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &cpu1);
-    const double cpu = static_cast<double>(cpu1.tv_sec - cpu0.tv_sec) * 1e3 + static_cast<double>(cpu1.tv_nsec - cpu0.tv_nsec) / 1e6;
-    return {cpu, std::chrono::duration<double, std::milli>(wall1 - wall0).count()};
+    getrusage(RUSAGE_THREAD, &usage1);
+    const double cpu = static_cast<double>(cpu1.tv_sec - cpu0.tv_sec) * 1e3 +
+                       static_cast<double>(cpu1.tv_nsec - cpu0.tv_nsec) / 1e6;
+    return {cpu, std::chrono::duration<double, std::milli>(wall1 - wall0).count(),
+            static_cast<double>(usage1.ru_minflt - usage0.ru_minflt)};
 }
 
 double median(std::vector<double> values) {
@@ -74,7 +81,7 @@ double median(std::vector<double> values) {
 // wall time; `steps` the steps the history must hold after it.
 void recordingCost(benchmark::State& state, const std::vector<std::string>& answers, std::size_t steps) {
     const auto layers = static_cast<std::size_t>(state.range(0));
-    std::vector<double> cpu[2], wall[2], extraCpu;
+    std::vector<double> cpu[2], wall[2], faults[2], extraCpu;
     bool recordingFirst = false;
     for (auto _ : state) {
         Timing t[2]{};
@@ -89,6 +96,7 @@ void recordingCost(benchmark::State& state, const std::vector<std::string>& answ
         for (int recording : {0, 1}) {
             cpu[recording].push_back(t[recording].cpu);
             wall[recording].push_back(t[recording].wall);
+            faults[recording].push_back(t[recording].faults);
         }
         extraCpu.push_back(100 * (t[1].cpu / t[0].cpu - 1));
         state.SetIterationTime(t[1].wall / 1e3);
@@ -98,6 +106,8 @@ void recordingCost(benchmark::State& state, const std::vector<std::string>& answ
     state.counters["off_wall_ms"] = median(wall[0]);
     state.counters["on_wall_ms"] = median(wall[1]);
     state.counters["extra_cpu_pct"] = median(extraCpu);
+    state.counters["off_faults"] = median(faults[0]);
+    state.counters["on_faults"] = median(faults[1]);
 }
 
 void BM_RecordingFreezeAll(benchmark::State& state) { recordingCost(state, kFreezeAnswers, 1); }

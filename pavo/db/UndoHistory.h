@@ -64,7 +64,7 @@ struct UndoStep {
     Kind kind = Command;
     std::wstring name; // the command's name, as U reports it
     std::uint32_t stamp = 0;
-    std::vector<ObjectChange> changes;
+    std::deque<ObjectChange> changes; // grows without moving: no spare capacity kept
     DrawingVariables before, after;
     std::size_t bytes = 0; // what the recorded states take, about
     bool madeByLayerPrevious = false; // never itself a step for LAYERP
@@ -148,7 +148,7 @@ private:
 
     OxDbDatabase* m_db;
     std::deque<UndoStep> m_done;
-    std::vector<UndoStep> m_undone;
+    std::deque<UndoStep> m_undone;
     std::unique_ptr<UndoStep> m_open;
     int m_depth = 0;
     std::uint32_t m_nextStamp = 1;
