@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <memory>
 
 #include "OxDbDatabase.h"
 #include "db/UndoHistory.h"
@@ -13,8 +14,6 @@ namespace {
 using layertest::currentLayer;
 using layertest::isFrozen;
 using layertest::isOff;
-using pavotest::countOf;
-using pavotest::Drawing;
 using pavotest::ScriptedSession;
 
 int colorIndexOf(OxDbDatabase* db, const wchar_t* layer) {
@@ -33,98 +32,103 @@ int modelEntities(OxDbDatabase* db) {
     return n;
 }
 
-TEST(UndoCommands, UndoCountsStepsAndRedoGivesThemBackUntilANewChange) {
-    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "-LAYER", "Freeze", "A-GLAZ", "", "LINE", "0,0", "5,5", "",
-                       "UNDO", "Auto", "UNDO", "2", "REDO", "REDO", "REDO", "U", "CLAYER", "A-WALL", "REDO"});
-    OxDbDatabase* db = s.database();
+// A session on the sample drawing typing a script: start() it, look at the
+// drawing before, run() it, then check what it printed and left.
+class UndoCommands : public testing::Test {
+protected:
+    OxDbDatabase* start(std::vector<std::string> script) {
+        m_session = std::make_unique<ScriptedSession>(std::move(script));
+        return m_session->database();
+    }
+    testing::AssertionResult run() {
+        if (m_session->run() == 0) return testing::AssertionSuccess();
+        return testing::AssertionFailure() << m_session->transcript();
+    }
+    testing::AssertionResult printed(const std::string& text) const {
+        if (transcript().find(text) != std::string::npos) return testing::AssertionSuccess();
+        return testing::AssertionFailure() << "\"" << text << "\" is not in:\n" << transcript();
+    }
+    int timesPrinted(const std::string& text) const { return pavotest::countOf(transcript(), text); }
+    std::string transcript() const { return m_session->transcript(); }
+
+    std::unique_ptr<ScriptedSession> m_session;
+};
+
+TEST_F(UndoCommands, UndoCountsStepsAndRedoGivesThemBackUntilANewChange) {
+    OxDbDatabase* db = start({"-LAYER", "OFF", "A-DOOR", "", "-LAYER", "Freeze", "A-GLAZ", "", "LINE", "0,0", "5,5",
+                              "", "UNDO", "Auto", "UNDO", "2", "REDO", "REDO", "REDO", "U", "CLAYER", "A-WALL", "REDO"});
     const int lines = modelEntities(db);
-    ASSERT_EQ(s.run(), 0) << s.transcript();
-    const std::string t = s.transcript();
-    EXPECT_NE(t.find("<1>: Auto\nEvery command is one step already; UNDO BEgin and End make several commands one.\n"
-                     "Command: UNDO\nEnter the number of operations to undo or [Control/BEgin/End/Mark/Back] <1>: 2\n"
-                     "Undone: LINE\nUndone: -LAYER\nCommand: REDO\nRedone: -LAYER\nCommand: REDO\nRedone: LINE\n"
-                     "Command: REDO\nNothing to redo"),
-              std::string::npos)
-        << t;
+    ASSERT_TRUE(run());
+    EXPECT_TRUE(printed("<1>: Auto\nEvery command is one step already; UNDO BEgin and End make several commands one.\n"
+                        "Command: UNDO\nEnter the number of operations to undo or [Control/BEgin/End/Mark/Back] <1>: 2\n"
+                        "Undone: LINE\nUndone: -LAYER\nCommand: REDO\nRedone: -LAYER\nCommand: REDO\nRedone: LINE\n"
+                        "Command: REDO\nNothing to redo"));
     // U took the line back, CLAYER was a new change: the line is gone for good.
-    EXPECT_EQ(countOf(t, "Nothing to redo"), 2) << t;
+    EXPECT_EQ(timesPrinted("Nothing to redo"), 2);
     EXPECT_EQ(modelEntities(db), lines);
     EXPECT_TRUE(isOff(db, L"A-DOOR"));
     EXPECT_TRUE(isFrozen(db, L"A-GLAZ"));
     EXPECT_EQ(currentLayer(db), "A-WALL");
 }
 
-TEST(UndoCommands, BackGoesToTheMarkAndGroupsAreOneStep) {
-    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "UNDO", "Mark", "UNDO", "BEgin", "-LAYER", "OFF", "A-GLAZ", "",
-                       "CLAYER", "A-WALL", "UNDO", "End", "-LAYER", "OFF", "S-GRID", "", "UNDO", "Back", "REDO", "U",
-                       "UNDO", "End"});
-    OxDbDatabase* db = s.database();
+TEST_F(UndoCommands, BackGoesToTheMarkAndGroupsAreOneStep) {
+    OxDbDatabase* db = start({"-LAYER", "OFF", "A-DOOR", "", "UNDO", "Mark", "UNDO", "BEgin", "-LAYER", "OFF",
+                              "A-GLAZ", "", "CLAYER", "A-WALL", "UNDO", "End", "-LAYER", "OFF", "S-GRID", "", "UNDO",
+                              "Back", "REDO", "U", "UNDO", "End"});
     const std::string before = currentLayer(db);
-    ASSERT_EQ(s.run(), 0) << s.transcript();
-    const std::string t = s.transcript();
-    EXPECT_NE(t.find("Back\nUndone: -LAYER\nUndone: GROUP\nMark encountered.\nCommand: REDO\nRedone: GROUP\n"
-                     "Command: U\nUndone: GROUP\n"),
-              std::string::npos)
-        << t;
-    EXPECT_NE(t.find("No group is open: UNDO BEgin starts one."), std::string::npos);
+    ASSERT_TRUE(run());
+    EXPECT_TRUE(printed("Back\nUndone: -LAYER\nUndone: GROUP\nMark encountered.\nCommand: REDO\nRedone: GROUP\n"
+                        "Command: U\nUndone: GROUP\n"));
+    EXPECT_TRUE(printed("No group is open: UNDO BEgin starts one."));
     EXPECT_TRUE(isOff(db, L"A-DOOR")) << "before the mark";
     EXPECT_FALSE(isOff(db, L"A-GLAZ"));
     EXPECT_FALSE(isOff(db, L"S-GRID"));
     EXPECT_EQ(currentLayer(db), before);
 }
 
-TEST(UndoCommands, BackWithoutAMarkAsksAndUndoesEverything) {
-    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "CLAYER", "A-WALL", "UNDO", "Back", "No", "UNDO", "Back", ""});
-    OxDbDatabase* db = s.database();
-    ASSERT_EQ(s.run(), 0) << s.transcript();
-    const std::string t = s.transcript();
-    EXPECT_EQ(countOf(t, "This will undo everything. OK? [Yes/No] <Yes>: "), 2) << t;
-    EXPECT_NE(t.find("Undone: CLAYER\nUndone: -LAYER\nEverything has been undone."), std::string::npos) << t;
+TEST_F(UndoCommands, BackWithoutAMarkAsksAndUndoesEverything) {
+    OxDbDatabase* db = start({"-LAYER", "OFF", "A-DOOR", "", "CLAYER", "A-WALL", "UNDO", "Back", "No", "UNDO", "Back", ""});
+    ASSERT_TRUE(run());
+    EXPECT_EQ(timesPrinted("This will undo everything. OK? [Yes/No] <Yes>: "), 2);
+    EXPECT_TRUE(printed("Undone: CLAYER\nUndone: -LAYER\nEverything has been undone."));
     EXPECT_FALSE(isOff(db, L"A-DOOR"));
 }
 
-TEST(UndoCommands, ControlNoneStopsRecordingAndEmptiesTheHistory) {
-    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "UNDO", "Control", "None", "-LAYER", "OFF", "A-GLAZ", "", "U",
-                       "UNDO", "", "-LAYER", "OFF", "S-GRID", "", "U", "U"});
-    OxDbDatabase* db = s.database();
-    ASSERT_EQ(s.run(), 0) << s.transcript();
-    const std::string t = s.transcript();
-    EXPECT_NE(t.find("Command: U\nUndo is off. Turn it on with UNDO Control All.\nCommand: UNDO\n"
-                     "Enter an UNDO control option [All/None/One] <All>: \n"),
-              std::string::npos)
-        << t;
-    EXPECT_NE(t.find("Undone: -LAYER\nCommand: U\nNothing to undo."), std::string::npos) << t;
+TEST_F(UndoCommands, ControlNoneStopsRecordingAndEmptiesTheHistory) {
+    OxDbDatabase* db = start({"-LAYER", "OFF", "A-DOOR", "", "UNDO", "Control", "None", "-LAYER", "OFF", "A-GLAZ", "",
+                              "U", "UNDO", "", "-LAYER", "OFF", "S-GRID", "", "U", "U"});
+    ASSERT_TRUE(run());
+    EXPECT_TRUE(printed("Command: U\nUndo is off. Turn it on with UNDO Control All.\nCommand: UNDO\n"
+                        "Enter an UNDO control option [All/None/One] <All>: \n"));
+    EXPECT_TRUE(printed("Undone: -LAYER\nCommand: U\nNothing to undo."));
     EXPECT_TRUE(isOff(db, L"A-DOOR")) << "the history was emptied";
     EXPECT_TRUE(isOff(db, L"A-GLAZ")) << "not recorded";
     EXPECT_FALSE(isOff(db, L"S-GRID")) << "recorded again";
 }
 
-TEST(UndoCommands, UndoAfterASaveLeavesTheDrawingChanged) {
+TEST_F(UndoCommands, UndoAfterASaveLeavesTheDrawingChanged) {
     const std::filesystem::path file = std::filesystem::path(testing::TempDir()) / "undo-after-save.pvd";
-    ScriptedSession s({"-LAYER", "OFF", "A-DOOR", "", "SAVEAS", file.string(), "U", "QUIT", "Cancel", "REDO"});
-    ASSERT_EQ(s.run(), 0) << s.transcript();
-    EXPECT_NE(s.transcript().find("Command: U\nUndone: -LAYER\nCommand: QUIT\nSave the changes to"), std::string::npos)
-        << s.transcript();
-    EXPECT_TRUE(s.database()->isModified());
-    EXPECT_TRUE(isOff(s.database(), L"A-DOOR"));
+    OxDbDatabase* db = start({"-LAYER", "OFF", "A-DOOR", "", "SAVEAS", file.string(), "U", "QUIT", "Cancel", "REDO"});
+    ASSERT_TRUE(run());
+    EXPECT_TRUE(printed("Command: U\nUndone: -LAYER\nCommand: QUIT\nSave the changes to"));
+    EXPECT_TRUE(db->isModified());
+    EXPECT_TRUE(isOff(db, L"A-DOOR"));
     std::filesystem::remove(file);
     std::filesystem::remove(file.string() + ".bak");
 }
 
-TEST(UndoCommands, LayerPreviousPutsBackLayerSettingsOnly) {
-    ScriptedSession s({"-LAYER", "Color", "red", "A-DOOR", "Set", "A-WALL", "", "-LAYER", "Freeze", "A-GLAZ",
-                       "Rename", "S-GRID", "S-AXES", "", "LINE", "0,0", "5,5", "", "LAYERP", "LAYERP", "LAYERP",
-                       "U", "LAYERPMODE", "OFf", "LAYERP"});
-    OxDbDatabase* db = s.database();
+TEST_F(UndoCommands, LayerPreviousPutsBackLayerSettingsOnly) {
+    OxDbDatabase* db = start({"-LAYER", "Color", "red", "A-DOOR", "Set", "A-WALL", "", "-LAYER", "Freeze", "A-GLAZ",
+                              "Rename", "S-GRID", "S-AXES", "", "LINE", "0,0", "5,5", "", "LAYERP", "LAYERP", "LAYERP",
+                              "U", "LAYERPMODE", "OFf", "LAYERP"});
     const std::string current = currentLayer(db);
     const int colour = colorIndexOf(db, L"A-DOOR");
     const int entities = modelEntities(db);
-    ASSERT_EQ(s.run(), 0) << s.transcript();
-    const std::string t = s.transcript();
-    EXPECT_EQ(countOf(t, "Restored previous layer states."), 2) << t;
-    EXPECT_NE(t.find("Command: LAYERP\n*No previous layer states*"), std::string::npos) << t;
-    EXPECT_NE(t.find("Command: U\nUndone: LAYERP\n"), std::string::npos) << "U finds the second LAYERP";
-    EXPECT_NE(t.find("Layer previous is off; turn it on with LAYERPMODE."), std::string::npos);
+    ASSERT_TRUE(run());
+    EXPECT_EQ(timesPrinted("Restored previous layer states."), 2);
+    EXPECT_TRUE(printed("Command: LAYERP\n*No previous layer states*"));
+    EXPECT_TRUE(printed("Command: U\nUndone: LAYERP\n")) << "U finds the second LAYERP";
+    EXPECT_TRUE(printed("Layer previous is off; turn it on with LAYERPMODE."));
     // Both LAYERPs put the layers back; U took back the second (colour, current layer).
     EXPECT_FALSE(isFrozen(db, L"A-GLAZ"));
     EXPECT_EQ(colorIndexOf(db, L"A-DOOR"), 1);
@@ -135,21 +139,20 @@ TEST(UndoCommands, LayerPreviousPutsBackLayerSettingsOnly) {
     EXPECT_EQ(modelEntities(db), entities + 1) << "the line stays";
 }
 
-TEST(UndoCommands, LayerPreviousSkipsACommandThatWasUndone) {
-    ScriptedSession s({"-LAYER", "Color", "red", "A-DOOR", "", "-LAYER", "Freeze", "A-GLAZ", "", "U", "LAYERP", "REDO"});
-    OxDbDatabase* db = s.database();
+TEST_F(UndoCommands, LayerPreviousSkipsACommandThatWasUndone) {
+    OxDbDatabase* db =
+        start({"-LAYER", "Color", "red", "A-DOOR", "", "-LAYER", "Freeze", "A-GLAZ", "", "U", "LAYERP", "REDO"});
     const int colour = colorIndexOf(db, L"A-DOOR");
-    ASSERT_EQ(s.run(), 0) << s.transcript();
+    ASSERT_TRUE(run());
     EXPECT_EQ(colorIndexOf(db, L"A-DOOR"), colour) << "LAYERP went back from the colour, the last command done";
     EXPECT_FALSE(isFrozen(db, L"A-GLAZ"));
-    EXPECT_NE(s.transcript().find("Command: REDO\nNothing to redo"), std::string::npos) << s.transcript();
+    EXPECT_TRUE(printed("Command: REDO\nNothing to redo"));
 }
 
 // A command that draws on a model space of many objects records the new
 // objects and the length of the list, not the whole list.
-TEST(UndoCommands, AddingToALargeModelSpaceRecordsTheNewObjectsOnly) {
-    ScriptedSession s({"LINE", "0,0", "5,5", "", "CIRCLE", "1,1", "2", "U", "U", "REDO"});
-    OxDbDatabase* db = s.database();
+TEST_F(UndoCommands, AddingToALargeModelSpaceRecordsTheNewObjectsOnly) {
+    OxDbDatabase* db = start({"LINE", "0,0", "5,5", "", "CIRCLE", "1,1", "2", "U", "U", "REDO"});
     OxDbBlockTableRecord* model = nullptr;
     ASSERT_EQ(oxdbOpenObject(model, db->modelSpaceId(), OxDb::kForWrite), Ox::eOk);
     for (int i = 0; i < 20000; ++i) {
@@ -160,25 +163,22 @@ TEST(UndoCommands, AddingToALargeModelSpaceRecordsTheNewObjectsOnly) {
     }
     model->close();
     const int entities = modelEntities(db);
-    ASSERT_EQ(s.run(), 0) << s.transcript();
+    ASSERT_TRUE(run());
     EXPECT_EQ(modelEntities(db), entities + 1) << "the line is back, the circle is not";
     const pavo::db::UndoHistory& history = pavo::db::undoHistory(db);
     ASSERT_EQ(history.stepCount(), 1u);
     EXPECT_LT(history.stateBytes(), 2000u) << "20,000 entries of the list would take 160,000";
 }
 
-TEST(UndoCommands, TheOldestStepsGoPastUndoLimitAndTheUserIsToldOnce) {
-    ScriptedSession s({"UNDOLIMIT", "2", "-LAYER", "OFF", "A-DOOR", "", "-LAYER", "OFF", "A-GLAZ", "", "-LAYER", "OFF",
-                       "S-GRID", "", "-LAYER", "OFF", "S-COLS", "", "U", "U", "U"});
-    OxDbDatabase* db = s.database();
-    ASSERT_EQ(s.run(), 0) << s.transcript();
-    const std::string t = s.transcript();
-    EXPECT_EQ(countOf(t, "The oldest commands can no longer be undone: the undo history keeps UNDOLIMIT commands "
-                         "and at most 512 MB."),
-              1)
-        << t;
-    EXPECT_EQ(countOf(t, "Undone: -LAYER"), 2);
-    EXPECT_NE(t.find("Nothing to undo."), std::string::npos);
+TEST_F(UndoCommands, TheOldestStepsGoPastUndoLimitAndTheUserIsToldOnce) {
+    OxDbDatabase* db = start({"UNDOLIMIT", "2", "-LAYER", "OFF", "A-DOOR", "", "-LAYER", "OFF", "A-GLAZ", "",
+                              "-LAYER", "OFF", "S-GRID", "", "-LAYER", "OFF", "S-COLS", "", "U", "U", "U"});
+    ASSERT_TRUE(run());
+    EXPECT_EQ(timesPrinted("The oldest commands can no longer be undone: the undo history keeps UNDOLIMIT commands "
+                           "and at most 512 MB."),
+              1);
+    EXPECT_EQ(timesPrinted("Undone: -LAYER"), 2);
+    EXPECT_TRUE(printed("Nothing to undo."));
     EXPECT_TRUE(isOff(db, L"A-DOOR"));
     EXPECT_TRUE(isOff(db, L"A-GLAZ"));
     EXPECT_FALSE(isOff(db, L"S-GRID"));

@@ -131,25 +131,31 @@ std::string firstDifference(const std::string& a, const std::string& b) {
     return a.size() == b.size() ? "none" : "one drawing is longer";
 }
 
+// Runs `script` on the sample drawing: the drawing as it would be saved at
+// each "Command: " prompt, and in `transcript` what pavo printed.
+std::vector<std::string> snapshotsOf(const std::vector<std::string>& script, std::string& transcript) {
+    auto input = std::make_unique<SnapshotInput>(script);
+    SnapshotInput* snapshots = input.get();
+    std::ostringstream out;
+    pavo::app::Session session(testSessionOptions(), std::move(input), out);
+    EXPECT_TRUE(session.loadModules() && session.openSample());
+    snapshots->session = &session;
+    EXPECT_EQ(session.run(), 0) << out.str();
+    EXPECT_EQ(out.str().find("Internal error"), std::string::npos) << out.str();
+    transcript = out.str();
+    return std::move(snapshots->snapshots);
+}
+
 TEST(UndoWalk, EveryCommandUndoesToTheDrawingBeforeItAndRedoesToTheOneAfter) {
     std::vector<std::string> script;
     for (const Row& row : kWalk) {
         script.insert(script.end(), row.lines.begin(), row.lines.end());
         script.insert(script.end(), {"U", "REDO"});
     }
-    auto input = std::make_unique<SnapshotInput>(script);
-    SnapshotInput* snapshots = input.get();
-    std::ostringstream out;
-    pavo::app::Session session(testSessionOptions(), std::move(input), out);
-    ASSERT_TRUE(session.loadModules());
-    ASSERT_TRUE(session.openSample());
-    snapshots->session = &session;
-    EXPECT_EQ(session.run(), 0) << out.str();
-    EXPECT_EQ(out.str().find("Internal error"), std::string::npos) << out.str();
-
+    std::string transcript;
+    const std::vector<std::string> s = snapshotsOf(script, transcript);
     // Before the walk, then three a row: after the command, after U, after REDO.
-    const std::vector<std::string>& s = snapshots->snapshots;
-    ASSERT_EQ(s.size(), 1 + 3 * kWalk.size()) << out.str();
+    ASSERT_EQ(s.size(), 1 + 3 * kWalk.size()) << transcript;
     for (std::size_t i = 0; i < kWalk.size(); ++i) {
         const std::string& before = s[3 * i];
         const std::string& after = s[3 * i + 1];
@@ -158,25 +164,19 @@ TEST(UndoWalk, EveryCommandUndoesToTheDrawingBeforeItAndRedoesToTheOneAfter) {
         EXPECT_TRUE(s[3 * i + 2] == before) << "U: " << firstDifference(before, s[3 * i + 2]);
         EXPECT_TRUE(s[3 * i + 3] == after) << "REDO: " << firstDifference(after, s[3 * i + 3]);
     }
-    EXPECT_EQ(pavotest::countOf(out.str(), "Undone: "), static_cast<int>(kWalk.size())) << out.str();
+    EXPECT_EQ(pavotest::countOf(transcript, "Undone: "), static_cast<int>(kWalk.size())) << transcript;
 }
 
 // Several commands that add objects, undone and redone together and in
 // part: the model space's list comes back in its order each time.
 TEST(UndoWalk, CommandsAddingObjectsGoBackAndForthTogether) {
-    auto input = std::make_unique<SnapshotInput>(std::vector<std::string>{
-        "LINE", "0,0", "100,100", "", "CIRCLE", "5,5", "2.5", "TEXT", "1,2", "", "0", "Hi", "UNDO", "3", "REDO",
-        "REDO", "REDO", "UNDO", "2", "INSERT", "DOOR", "100,50", "", "", "U"});
-    SnapshotInput* snapshots = input.get();
-    std::ostringstream out;
-    pavo::app::Session session(testSessionOptions(), std::move(input), out);
-    ASSERT_TRUE(session.loadModules());
-    ASSERT_TRUE(session.openSample());
-    snapshots->session = &session;
-    EXPECT_EQ(session.run(), 0) << out.str();
+    std::string transcript;
+    const std::vector<std::string> s =
+        snapshotsOf({"LINE", "0,0", "100,100", "", "CIRCLE", "5,5", "2.5", "TEXT", "1,2", "", "0", "Hi", "UNDO", "3",
+                     "REDO", "REDO", "REDO", "UNDO", "2", "INSERT", "DOOR", "100,50", "", "", "U"},
+                    transcript);
     // Before, after LINE, CIRCLE, TEXT, UNDO 3, REDO x3, UNDO 2, INSERT, U.
-    const std::vector<std::string>& s = snapshots->snapshots;
-    ASSERT_EQ(s.size(), 11u) << out.str();
+    ASSERT_EQ(s.size(), 11u) << transcript;
     EXPECT_TRUE(s[4] == s[0]) << "UNDO 3: " << firstDifference(s[0], s[4]);
     for (std::size_t i = 1; i <= 3; ++i)
         EXPECT_TRUE(s[4 + i] == s[i]) << "REDO " << i << ": " << firstDifference(s[i], s[4 + i]);
