@@ -149,4 +149,30 @@ TEST(PngBands, APicturePaintedInBandsIsThePicturePaintedWhole) {
     for (const int bands : {2, 3, 7}) EXPECT_LE(farthest(paint(bands), whole), 2) << bands << " bands";
 }
 
+TEST(PngBands, HairlinesOfACrowdedPictureAreNotAntialiased) {
+    // Diagonal hairlines on a page of 100 x 100 dots: greys along their
+    // edges, unless there are more than one for 50 pixels.
+    const auto greys = [](int lines) {
+        DisplayList list;
+        for (int i = 0; i < lines; ++i) {
+            const double x = (i % 10) * 10 + 1;
+            const PagePoint ends[2] = {{x, 10}, {x + 7, 90}};
+            list.polyline({{0, 0, 0, 255}, 0}, ends, 2, false, false);
+        }
+        std::vector<png::Piece> pieces;
+        std::wstring error;
+        EXPECT_TRUE(paintPngBands(list, {100, 100, 1, 100}, 2, pieces, error));
+        std::string file;
+        png::file(100, 100, 1000, pieces, file);
+        const QImage image = readBack(file);
+        int count = 0;
+        for (int y = 0; y < 100; ++y)
+            for (int x = 0; x < 100; ++x)
+                if (const int level = qRed(image.pixel(x, y)); level > 0 && level < 255) ++count;
+        return count;
+    };
+    EXPECT_GT(greys(10), 100);
+    EXPECT_EQ(greys(300), 0);
+}
+
 } // namespace

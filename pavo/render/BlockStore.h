@@ -30,8 +30,11 @@ public:
         T* at = reinterpret_cast<T*>(block.memory.data()) + block.used;
         if (count > 0) std::memcpy(static_cast<void*>(at), values, count * sizeof(T));
         block.used += count;
+        m_size += count;
         return at;
     }
+
+    std::size_t size() const { return m_size; }
 
     // Calls `f` on each value, in the order they were appended.
     template <typename F>
@@ -49,6 +52,7 @@ private:
         std::size_t used = 0, capacity = 0;
     };
     std::vector<Block> m_blocks;
+    std::size_t m_size = 0;
 };
 
 } // namespace pavo::render

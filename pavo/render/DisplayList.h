@@ -22,6 +22,8 @@ public:
     // Draws on `canvas` what reaches between page heights `bottom` and
     // `top` (millimetres), and the clips, in the order it was drawn here.
     void replay(Canvas& canvas, double bottom, double top) const;
+    // How many strokes, dots, texts and clips it holds.
+    std::size_t size() const { return m_items.size(); }
     // Something drawn could not be kept: the system had no memory for it.
     bool incomplete() const { return m_incomplete; }
 

@@ -17,6 +17,9 @@ constexpr unsigned kMostBands = 8;
 constexpr int kFewestRowsABand = 64;
 // What an antialiased edge may spill beyond its shape, in dots.
 constexpr double kSpill = 2;
+// A picture with more objects than one for this many pixels is crowded:
+// its hairlines are drawn without antialiasing.
+constexpr double kPixelsAnObjectWhenCrowded = 50;
 
 struct Band {
     int firstRow = 0, rows = 0;
@@ -42,6 +45,8 @@ void paintBand(const DisplayList& list, const PngPage& page, Band& band) {
         }
         painter.translate(0, -band.firstRow);
         QtCanvas canvas(painter, page.dotsPerMm, page.pageHeightMm);
+        if (static_cast<double>(list.size()) * kPixelsAnObjectWhenCrowded > double(page.width) * page.height)
+            canvas.aliasHairlines();
         const double dot = 1 / page.dotsPerMm;
         const double top = page.pageHeightMm - (band.firstRow - kSpill) * dot;
         const double bottom = page.pageHeightMm - (band.firstRow + band.rows + kSpill) * dot;

@@ -56,6 +56,10 @@ void QtCanvas::usePen(const Stroke& stroke, Qt::PenCapStyle cap) {
     pen.setWidthF(stroke.width * m_scale);
     pen.setCapStyle(cap);
     pen.setJoinStyle(Qt::RoundJoin);
+    if (const bool antialiased = !m_aliasHairlines || stroke.width * m_scale > 1; antialiased != m_antialiased) {
+        m_painter.setRenderHint(QPainter::Antialiasing, antialiased);
+        m_antialiased = antialiased;
+    }
     m_painter.setPen(pen);
     m_pen = stroke;
     m_cap = cap;
