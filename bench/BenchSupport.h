@@ -1,15 +1,17 @@
 // What the benchmarks share: a stream that swallows a session's output, the
-// timed loading of a drawing file, and the file throughput counters of the
-// load and save benchmarks.
+// timed loading and saving of a drawing file, and the file throughput
+// counters of the load and save benchmarks.
 #pragma once
 
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <streambuf>
 #include <string>
 
+#include "ParseReference.h"
 #include "files/DrawingFile.h"
 
 namespace pavobench {
@@ -42,18 +44,50 @@ inline void reportRate(benchmark::State& state, std::size_t bytes) {
 
 // Loads the drawing file `path` once an iteration, from the file on disk (in
 // the page cache after the first run) to a database; freeing the previous
-// one is left out of the time.
-inline void loadRepeatedly(benchmark::State& state, const std::string& path) {
+// one is left out of the time. Each iteration also parses the file bare
+// (untimed), and the rates are reported against it (ParseReference.h).
+inline void loadRepeatedly(benchmark::State& state, const std::string& path, std::size_t bytes) {
     std::unique_ptr<OxDbDatabase> db;
+    AgainstParse against(bytes);
     for (auto _ : state) {
         state.PauseTiming();
         db.reset();
+        against.addParse(timeBareParse(path));
         state.ResumeTiming();
+        const Times start = Times::now();
         pavo::files::LoadError error;
         db = pavo::files::readDrawingFile(path, error);
+        against.addStep(Times::now() - start);
         if (!db) state.SkipWithError(error.message().c_str());
         benchmark::DoNotOptimize(db.get());
     }
+    against.report(state);
+}
+
+// Saves `db` to a file once an iteration as SAVE does (the text, its write
+// and flush to a temporary file, the rename over the previous one and the
+// backup), reported against a bare parse of the saved file.
+inline void saveRepeatedly(benchmark::State& state, const OxDbDatabase& db, const std::string& path) {
+    std::size_t bytes = 0;
+    Times parse, step;
+    for (auto _ : state) {
+        const Times start = Times::now();
+        std::string error;
+        if (!pavo::files::writeDrawingFile(db, path, error)) state.SkipWithError(error.c_str());
+        step += Times::now() - start;
+        state.PauseTiming();
+        parse += timeBareParse(path);
+        std::error_code ignored;
+        bytes = static_cast<std::size_t>(std::filesystem::file_size(path, ignored));
+        state.ResumeTiming();
+    }
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
+    std::filesystem::remove(path + ".bak", ignored);
+    AgainstParse report(bytes);
+    report.addStep(step);
+    report.addParse(parse);
+    report.report(state);
 }
 
 } // namespace pavobench

@@ -8,6 +8,14 @@
 
 namespace pavobench {
 
+std::wstring officeLayerName(std::size_t i) {
+    static const wchar_t* const disciplines[] = {L"A", L"S", L"M", L"E", L"P", L"C", L"L"};
+    static const wchar_t* const groups[] = {L"WALL", L"DOOR", L"GLAZ", L"FURN", L"GRID", L"ANNO", L"EQPM", L"FLOR", L"ROOF",
+                                            L"CLNG", L"COLS", L"HVAC", L"LITE", L"PIPE", L"SITE", L"TOPO", L"PLNT"};
+    return std::wstring(disciplines[i % std::size(disciplines)]) + L"-" + groups[(i / 7) % std::size(groups)] + L"-" +
+           std::to_wstring(i);
+}
+
 namespace {
 
 // A small fast generator so that runs are reproducible.
@@ -26,7 +34,7 @@ struct Random {
 const OxDb::LineWeight kWeights[] = {OxDb::kLnWt013, OxDb::kLnWt018, OxDb::kLnWt025, OxDb::kLnWt035,
                                      OxDb::kLnWt050, OxDb::kLnWtByLwDefault};
 
-std::vector<OxDbObjectId> makeLayers(OxDbDatabase& db, std::size_t count, Random& rnd) {
+std::vector<OxDbObjectId> makeLayers(OxDbDatabase& db, std::size_t count, bool officeNames, Random& rnd) {
     std::vector<OxDbObjectId> ids;
     OxDbLayerTable* table = nullptr;
     db.getSymbolTable(table, OxDb::kForWrite);
@@ -35,7 +43,8 @@ std::vector<OxDbObjectId> makeLayers(OxDbDatabase& db, std::size_t count, Random
     ids.push_back(zero);
     for (std::size_t i = 1; i < count; ++i) {
         auto* layer = new OxDbLayerTableRecord;
-        const std::wstring name = L"DISC-" + std::to_wstring(i % 17) + L"-LAYER-" + std::to_wstring(i);
+        const std::wstring name = officeNames ? officeLayerName(i)
+                                              : L"DISC-" + std::to_wstring(i % 17) + L"-LAYER-" + std::to_wstring(i);
         layer->setName(name.c_str());
         layer->setColor(OxCmColor::fromIndex(static_cast<std::uint16_t>(1 + rnd.below(255))));
         layer->setLineWeight(kWeights[rnd.below(std::size(kWeights))]);
@@ -64,9 +73,9 @@ void appendEntity(OxDbBlockTableRecord* block, OxDbEntity* entity, const OxDbObj
         delete entity;
 }
 
-OxDbEntity* randomEntity(Random& rnd, double extent) {
+OxDbEntity* randomEntity(Random& rnd, double extent, bool linesOnly = false) {
     const OxGePoint3d p(rnd.real(0, extent), rnd.real(0, extent));
-    switch (rnd.below(5)) {
+    switch (linesOnly ? 0 : rnd.below(5)) {
     case 0: return new OxDbLine(p, OxGePoint3d(p.x + rnd.real(1, 50), p.y + rnd.real(-20, 20)));
     case 1: return new OxDbCircle(p, rnd.real(0.5, 10));
     case 2: return new OxDbArc(p, rnd.real(0.5, 10), rnd.real(0, 3), rnd.real(3, 6));
@@ -129,7 +138,7 @@ DrawingSize setByLayerDrawingSize(std::size_t entities, std::size_t explicitEver
 std::unique_ptr<OxDbDatabase> generateDrawing(const DrawingSize& size) {
     auto db = std::make_unique<OxDbDatabase>(true);
     Random rnd;
-    const std::vector<OxDbObjectId> layers = makeLayers(*db, size.layers, rnd);
+    const std::vector<OxDbObjectId> layers = makeLayers(*db, size.layers, size.officeLayerNames, rnd);
     const double extent = 10000.0;
 
     OxDbBlockTable* blocks = nullptr;
@@ -165,7 +174,7 @@ std::unique_ptr<OxDbDatabase> generateDrawing(const DrawingSize& size) {
             if (size.explicitEvery != 0 && (i / size.referenceEvery) % 2 == 0) reference->setColorIndex(1);
             appendEntity(model, reference, layer);
         } else {
-            OxDbEntity* entity = randomEntity(rnd, extent);
+            OxDbEntity* entity = randomEntity(rnd, extent, size.linesOnly);
             giveProperties(*db, entity, i, size.explicitEvery, false);
             appendEntity(model, entity, layer);
         }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 
 class OxDbDatabase;
 
@@ -30,12 +31,22 @@ struct DrawingSize {
     // lineweight and transparency instead of ByLayer; inside definitions
     // they are ByBlock instead, and every other reference is red.
     std::size_t explicitEvery = 0;
+    // Layer names as offices give them ("A-WALL-12", "E-LITE-40"; "DISC-3-LAYER-12"
+    // otherwise), in an order that is not sorted, as a drawing that grew has
+    // them; and model space of lines only.
+    bool officeLayerNames = false;
+    bool linesOnly = false;
 };
 
 // SETBYLAYER's drawing: 1,000,000 model-space entities of which 10,000 are
 // references to 100 definitions of 100 entities, every tenth definition
 // nesting another; `explicitEvery` as above.
 DrawingSize setByLayerDrawingSize(std::size_t entities, std::size_t explicitEvery);
+
+// The name of layer `i` (from 1) with officeLayerNames: discipline and major
+// group, so that "A-*" names a seventh of the layers and "*WALL*" a
+// seventeenth.
+std::wstring officeLayerName(std::size_t i);
 
 // Deterministic: the same size gives the same drawing.
 std::unique_ptr<OxDbDatabase> generateDrawing(const DrawingSize& size);

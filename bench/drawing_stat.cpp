@@ -1,7 +1,9 @@
 // pavo-drawing-stat: opens one drawing file as pavo does (read from disk
-// into one buffer, then parsed into a database), saves it to memory, and
-// reports the rates and the peak resident memory after each step. With an
-// output path the saved text is written there too (to compare writers).
+// into one buffer, then parsed into a database), saves it as SAVE does (the
+// text, written and flushed to a temporary file renamed into place), and
+// reports the rates and the peak resident memory after each step. The copy
+// is saved to the output path when one is given (to compare writers), else
+// to a temporary file that is removed.
 // With --load-only it stops after loading, without freeing the database, so
 // that a profile of it shows the load alone.
 #include <sys/resource.h>
@@ -9,9 +11,9 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <string_view>
+#include <unistd.h>
 
 #include "files/DrawingFile.h"
 #include "pavo_host.h"
@@ -72,25 +74,29 @@ int main(int argc, char** argv) {
                   << " s), peak resident " << peakLoad << " MB" << std::endl;
         std::_Exit(0);
     }
+    std::string problem;
+    const std::filesystem::path out = argc == 3 ? std::filesystem::path(argv[2])
+                                                : std::filesystem::temp_directory_path() /
+                                                      ("pavo-drawing-stat-" + std::to_string(::getpid()) + ".pvd");
     const double c2 = cpuSeconds();
     const auto t2 = clock::now();
-    const std::string saved = pavo::files::writeDrawing(*db);
+    const bool saved = pavo::files::writeDrawingFile(*db, out, problem);
     const auto t3 = clock::now();
     const double c3 = cpuSeconds();
+    if (!saved) {
+        std::cerr << out.string() << ": " << problem << "\n";
+        return 3;
+    }
     const double peakSave = peakMegabytes();
     const double save = std::chrono::duration<double>(t3 - t2).count();
-    const double savedMb = static_cast<double>(saved.size()) / 1e6;
+    const double savedMb = static_cast<double>(std::filesystem::file_size(out, ec)) / 1e6;
+    if (argc != 3) {
+        std::filesystem::remove(out, ec);
+        std::filesystem::remove(out.string() + ".bak", ec);
+    }
     std::cout << "file " << mb << " MB\nload " << load << " s, " << mb / load << " MB/s (processor " << c1 - c0
               << " s, " << mb / (c1 - c0) << " MB/s), peak resident " << peakLoad << " MB\nsave " << save << " s, "
               << savedMb / save << " MB/s (processor " << c3 - c2 << " s, " << savedMb / (c3 - c2)
               << " MB/s), peak resident " << peakSave << " MB\n";
-    if (argc == 3) {
-        std::ofstream out(argv[2], std::ios::binary);
-        out.write(saved.data(), static_cast<std::streamsize>(saved.size()));
-        if (!out) {
-            std::cerr << argv[2] << ": cannot write\n";
-            return 3;
-        }
-    }
     return 0;
 }

@@ -218,24 +218,16 @@ pavobench::DrawingSize heavySize(const benchmark::State& state) {
     return size;
 }
 
-using pavobench::reportRate;
-
 void BM_LoadViewportDrawing(benchmark::State& state) {
     const std::string& path = drawingFile(heavySize(state));
-    pavobench::loadRepeatedly(state, path);
-    reportRate(state, static_cast<std::size_t>(std::filesystem::file_size(path)));
+    pavobench::loadRepeatedly(state, path, static_cast<std::size_t>(std::filesystem::file_size(path)));
 }
 
 void BM_SaveViewportDrawing(benchmark::State& state) {
     pavo::files::LoadError error;
-    const std::unique_ptr<OxDbDatabase> db = pavo::files::readDrawingFile(drawingFile(heavySize(state)), error);
-    std::size_t bytes = 0;
-    for (auto _ : state) {
-        const std::string text = pavo::files::writeDrawing(*db);
-        bytes = text.size();
-        benchmark::DoNotOptimize(text.data());
-    }
-    reportRate(state, bytes);
+    const std::string& path = drawingFile(heavySize(state));
+    const std::unique_ptr<OxDbDatabase> db = pavo::files::readDrawingFile(path, error);
+    pavobench::saveRepeatedly(state, *db, path + ".saved.pvd");
 }
 
 // Layers grow at 100 viewports; viewports grow at 100,000 layers.
@@ -253,5 +245,10 @@ BENCHMARK(BM_ColorAllInAll)->Args({10000, 100})->Args({100000, 100})->Args({1000
 BENCHMARK(BM_RemoveAllOverridesInAll)->Args({10000, 100})->Args({100000, 100})->Args({100000, 10})->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(BM_ListViewportWithEveryLayerFrozen)->Apply(layersAndViewports);
 BENCHMARK(BM_NewfrzOneLayer)->Args({100000, 100})->Args({100000, 1000})->Args({100000, 10000})->Args({10000, 1000})->Unit(benchmark::kMillisecond)->Iterations(3);
-BENCHMARK(BM_LoadViewportDrawing)->Args({10000, 100})->Args({100000, 100})->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(BM_SaveViewportDrawing)->Args({10000, 100})->Args({100000, 100})->Unit(benchmark::kMillisecond)->UseRealTime();
+void viewportFiles(benchmark::internal::Benchmark* b) {
+    b->Args({10000, 100})->Args({100000, 100})->Unit(benchmark::kMillisecond)->UseRealTime()->MeasureProcessCPUTime();
+    pavobench::withRange(b);
+}
+
+BENCHMARK(BM_LoadViewportDrawing)->Apply(viewportFiles);
+BENCHMARK(BM_SaveViewportDrawing)->Apply(viewportFiles);
