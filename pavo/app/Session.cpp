@@ -147,6 +147,13 @@ Session::~Session() {
     if (g_current == this) g_current = nullptr;
 }
 
+void Session::leaveDrawingToProcessEnd() {
+#if !defined(PAVO_SANITIZED)
+    static OxDbDatabase* left = nullptr; // still reachable: no leak
+    left = m_db.release();
+#endif
+}
+
 bool Session::loadModules() {
     bool ok = true;
     for (const std::wstring& name : m_options.modules) {
@@ -302,6 +309,7 @@ void Session::askVariable(const std::wstring& name) {
 }
 
 void Session::runCommand(const CommandStore::Entry& entry) {
+    if (m_db) m_db->impl()->regenQueue.clear();
     UndoStepScope step(*this, entry.globalName);
     const HostAllocations before = hostAllocations();
     const bool dialog = m_dialogRequested;

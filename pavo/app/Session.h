@@ -74,6 +74,11 @@ public:
 
     // Loads the configured modules; false (with messages printed) if one failed.
     bool loadModules();
+    // For a process that ends right after the session: the drawing is left
+    // for the system to take back with the process, since freeing a large
+    // one object by object takes a time the user waits for. (Sanitized
+    // builds free it, so that their leak check sees every object freed.)
+    void leaveDrawingToProcessEnd();
 
     // The drawing. Each returns false with a message printed on failure,
     // keeping the current drawing.

@@ -89,7 +89,11 @@ int main(int argc, char** argv) {
     } else if (!session.openSample()) {
         return ExitCode::kExitInternalError;
     }
-    if (!batchPicture) return session.run();
+    if (!batchPicture) {
+        const int status = session.run();
+        session.leaveDrawingToProcessEnd();
+        return status;
+    }
     if (!script.empty()) {
         const int status = session.run();
         if (status != ExitCode::kExitOk) return status;

@@ -150,7 +150,9 @@ struct OxDbDatabase::Impl {
     std::unique_ptr<OxDbLayerStateManager> layerStates;
     std::unique_ptr<PavoUndoController> undo;
 
-    // Regeneration requests since the last reset, for tests and the editor.
+    // Regeneration requests of the last command, for tests and the editor:
+    // the session empties it when a command starts, so that a long session
+    // does not keep every object it ever regenerated.
     std::vector<OxDbObjectId> regenQueue;
     int regenerateRequests = 0;
     // Times the current layer was set: a command that changed the current

@@ -276,8 +276,4 @@ bool replaceFileAtomically(const fs::path& path, std::string_view content, std::
     return true;
 }
 
-bool writeDrawingFile(const OxDbDatabase& db, const fs::path& path, std::string& error, FileStamp* written) {
-    return replaceFileAtomically(path, writeDrawing(db), error, Backup::Keep, written);
-}
-
 } // namespace pavo::files

@@ -1,6 +1,7 @@
 // Reads a drawing file's sections, in their documented order, into a fresh
 // database. Nothing is returned unless every check passed.
 #include <cerrno>
+#include <new>
 #include <cstring>
 
 #include "OxDbDictionary.h"
@@ -9,6 +10,7 @@
 #include "OxDbLayout.h"
 #include "OxDbMaterial.h"
 #include "SymbolTableImpl.h"
+#include "base/MappedBuffer.h"
 #include "base/PathText.h"
 #include "base/Utf8.h"
 #include "files/AtomicFile.h"
@@ -16,7 +18,6 @@
 #include "files/DrawingFormat.h"
 #include "files/EntityReader.h"
 #include "files/FileRead.h"
-#include "files/LargeHeapSteps.h"
 
 namespace pavo::files {
 namespace {
@@ -794,18 +795,19 @@ std::unique_ptr<OxDbDatabase> readPadded(const simdjson::padded_string_view& jso
     return db;
 }
 
-// The file's bytes with the padding the parser needs; false with a problem.
-bool load(InputFile& file, simdjson::padded_string& out, std::string& problem) {
-    simdjson::padded_string padded(file.size());
-    if (!padded.data()) {
+// The file's bytes with the padding the parser needs (zeros past the end),
+// in a mapping of their own; false with a problem.
+bool load(InputFile& file, MappedBuffer& out, std::string& problem) {
+    try {
+        out = MappedBuffer(file.size() + simdjson::SIMDJSON_PADDING);
+    } catch (const std::bad_alloc&) {
         problem = std::strerror(ENOMEM);
         return false;
     }
-    if (!file.readInto(padded.data(), file.size())) {
+    if (!file.readInto(out.data(), file.size())) {
         problem = file.problem();
         return false;
     }
-    out = std::move(padded);
     return true;
 }
 
@@ -819,14 +821,13 @@ std::unique_ptr<OxDbDatabase> readDrawing(std::string_view json, const std::stri
 std::unique_ptr<OxDbDatabase> readDrawingFile(const std::filesystem::path& path, LoadError& error, FileStamp* read) {
     InputFile file(path);
     const std::string shownPath = toUtf8(pathText(path));
-    const LargeHeapSteps steps(file.isOpen() ? file.size() : 0);
-    simdjson::padded_string padded;
+    MappedBuffer text;
     std::string problem = file.problem();
-    if (!file.isOpen() || !load(file, padded, problem)) {
+    if (!file.isOpen() || !load(file, text, problem)) {
         error = LoadError{shownPath, "", 0, 0, problem};
         return nullptr;
     }
-    auto db = readPadded(padded, shownPath, error);
+    auto db = readPadded(simdjson::padded_string_view(text.data(), file.size(), text.capacity()), shownPath, error);
     if (db) {
         db->setFileName(pathText(path).c_str());
         db->setModified(false);

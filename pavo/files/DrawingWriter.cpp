@@ -12,6 +12,7 @@
 #include "OxDbMaterial.h"
 #include "OxDbSymbolTable.h"
 #include "SymbolTableImpl.h"
+#include "files/AtomicFile.h"
 #include "files/DrawingFile.h"
 #include "files/DrawingFormat.h"
 #include "files/JsonOut.h"
@@ -27,7 +28,8 @@ class DrawingWriter {
 public:
     explicit DrawingWriter(const OxDbDatabase& db) : m_db(db), m_impl(*db.impl()) {}
 
-    std::string write() {
+    // The text, valid while the writer lives.
+    std::string_view write() {
         // A saved object takes about a hundred bytes: reserving that much
         // up front spares moving the text as it grows.
         m_out.reserve(m_impl.store.cells.size() * kBytesPerObject + (1 << 16));
@@ -51,7 +53,7 @@ public:
         m_out.newline(0);
         m_out.close('}');
         m_out.raw('\n');
-        return m_out.take();
+        return m_out.view();
     }
 
 private:
@@ -685,6 +687,16 @@ private:
 
 } // namespace
 
-std::string writeDrawing(const OxDbDatabase& db) { return DrawingWriter(db).write(); }
+std::string writeDrawing(const OxDbDatabase& db) {
+    DrawingWriter writer(db);
+    return std::string(writer.write());
+}
+
+// The text goes from the writer's own buffer to the file, never copied.
+bool writeDrawingFile(const OxDbDatabase& db, const std::filesystem::path& path, std::string& error,
+                      FileStamp* written) {
+    DrawingWriter writer(db);
+    return replaceFileAtomically(path, writer.write(), error, Backup::Keep, written);
+}
 
 } // namespace pavo::files

@@ -4,7 +4,6 @@
 #include <system_error>
 #include <utility>
 
-#include "files/LargeHeapSteps.h"
 
 namespace pavo::files {
 
@@ -22,7 +21,7 @@ PipelineSettings& pipelineSettings() {
 }
 
 EntityPipeline::EntityPipeline(BatchBuilder& builder, std::size_t textSize)
-    : m_builder(builder), m_textSize(textSize),
+    : m_builder(builder),
       m_batchEntities(std::max<std::size_t>(1, pipelineSettings().batchEntities)),
       m_current(std::make_unique<EntityBatch>()) {
     const PipelineSettings& settings = pipelineSettings();
@@ -93,9 +92,6 @@ void EntityPipeline::stop() {
 // after a problem it only empties them, so that the reading side never waits
 // for room that will not come.
 void EntityPipeline::run() {
-    // The reading side starts with the parser's pass over the whole text;
-    // meanwhile this thread readies memory for the database it will fill.
-    touchHeapAhead(m_textSize);
     for (;;) {
         std::unique_ptr<EntityBatch> batch;
         bool failed = false;

@@ -63,7 +63,6 @@ private:
     std::unique_ptr<EntityBatch> takeFree();
 
     BatchBuilder& m_builder;
-    std::size_t m_textSize;
     std::size_t m_batchEntities;
     std::unique_ptr<EntityBatch> m_current;
     bool m_failed = false; // read and written under m_mutex when threaded

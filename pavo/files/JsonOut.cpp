@@ -9,34 +9,20 @@ namespace pavo::files {
 
 namespace {
 
-// The buffer is made ready for writing a slice at a time, so that memory
-// is touched only as the text grows, however much was reserved.
+// The least room a builder makes: address space only, touched as written.
 constexpr std::size_t kSlice = std::size_t(1) << 20;
 
 } // namespace
 
 void JsonOut::grow(std::size_t bytes) {
-    const std::size_t used = m_pos ? static_cast<std::size_t>(m_pos - m_text.data()) : 0;
-    m_text.resize(used + std::max(bytes, kSlice)); // doubles the capacity when it must
-    m_pos = m_text.data() + used;
-    m_end = m_text.data() + m_text.size();
+    const std::size_t used = m_pos ? static_cast<std::size_t>(m_pos - m_buffer.data()) : 0;
+    m_buffer.grow(used + std::max(bytes, kSlice), used);
+    m_pos = m_buffer.data() + used;
+    m_end = m_buffer.data() + m_buffer.capacity();
 }
 
 void JsonOut::reserve(std::size_t bytes) {
-    const std::size_t used = static_cast<std::size_t>(m_pos - m_text.data());
-    m_text.reserve(bytes); // may move the text
-    m_pos = m_text.data() + used;
-    m_end = m_text.data() + m_text.size();
-}
-
-std::string JsonOut::take() {
-    m_text.resize(static_cast<std::size_t>(m_pos - m_text.data()));
-    std::string out = std::move(m_text);
-    m_text = std::string();
-    m_pos = m_end = nullptr;
-    m_first = true;
-    grow(0);
-    return out;
+    if (bytes > m_buffer.capacity()) grow(bytes - static_cast<std::size_t>(m_pos - m_buffer.data()));
 }
 
 void JsonOut::newline(int indent) {

@@ -1,12 +1,16 @@
 // A fast, append-only JSON text builder: one growing buffer written through
 // a cursor, numbers with std::to_chars (shortest form that reads back to the
-// same double).
+// same double). The buffer is a mapping of its own (base/MappedBuffer.h):
+// the text of a large drawing is written into huge pages where the system
+// gives them, and goes back to the system when the builder goes.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
+
+#include "base/MappedBuffer.h"
 
 namespace pavo::files {
 
@@ -17,8 +21,8 @@ public:
     // Room for about `bytes` of text without moving it (address space only:
     // memory is touched as the text grows).
     void reserve(std::size_t bytes);
-    // The text so far; the builder is empty afterwards.
-    std::string take();
+    // The text so far, valid until the builder changes or goes.
+    std::string_view view() const { return {m_buffer.data(), static_cast<std::size_t>(m_pos - m_buffer.data())}; }
 
     void raw(std::string_view s) {
         ensure(s.size());
@@ -83,9 +87,8 @@ private:
         m_pos += s.size();
     }
 
-    // The text is m_text[0, m_pos); m_text's size is the part made ready
-    // for writing (m_end), its capacity what is reserved.
-    std::string m_text;
+    // The text is m_buffer[0, m_pos); m_end is the end of its room.
+    MappedBuffer m_buffer;
     char* m_pos = nullptr;
     char* m_end = nullptr;
     bool m_first = true;
