@@ -13,7 +13,8 @@ class OxDbSymbolTableRecord;
 class OxDbEntity;
 class OxDbBlockTableRecordIterator;
 
-// Walks a table in table (insertion) order. Delete it when done.
+// Walks a table in table (insertion) order, or in the order of the records'
+// names. Delete it when done.
 class PAVO_HOST_API OxDbSymbolTableIterator {
 public:
     virtual ~OxDbSymbolTableIterator();
@@ -35,10 +36,13 @@ public:
 
     // Host internals.
     OxDbSymbolTableIterator(const void* table, bool atBeginning, bool skipDeleted);
+    OxDbSymbolTableIterator(const void* table, std::shared_ptr<const std::vector<OxDbCell*>> order);
 
 private:
     void skip(bool forward);
+    const std::vector<OxDbCell*>& cells() const;
     const void* m_table;
+    std::shared_ptr<const std::vector<OxDbCell*>> m_order; // null: table order
     long m_pos = 0;
     bool m_skipDeleted = true;
 };
@@ -54,6 +58,10 @@ public:
     bool has(const wchar_t* name) const;
     bool has(const OxDbObjectId& id) const;
     Ox::ErrorStatus newIterator(OxDbSymbolTableIterator*& it, bool atBeginning = true, bool skipDeleted = true) const;
+    // Walks the records that are not erased in the order of their names
+    // (OxString::compare, letter case counting). The order is kept with the
+    // table: it is sorted again only after names changed, not for every walk.
+    Ox::ErrorStatus newIteratorInNameOrder(OxDbSymbolTableIterator*& it) const;
     // Number of records that are not erased.
     int numEntries() const;
 

@@ -62,18 +62,13 @@ bool isConstraintsLayer(std::wstring_view name) {
 // name index finds without a walk.
 bool isPlainName(const OxString& item) { return item.findOneOf(L"#@.*?~[]`,", 0) < 0; }
 
-struct NamedLayer {
-    OxString name;
-    OxDbObjectId id;
-};
-
 class LayerMatcher {
 public:
     LayerMatcher(OxDbLayerTable* table, bool exactMode, bool bracketRule)
         : m_table(table), m_exactMode(exactMode), m_bracketRule(bracketRule) {}
 
-    // Appends the layers `item` names, sorted by name; false when the table
-    // cannot be walked.
+    // Appends the layers `item` names, in the order of their names; false
+    // when the table cannot be walked.
     bool match(const OxString& item, OxArray<OxDbObjectId>& ids) {
         m_found.clear();
         if (m_exactMode || isPlainName(item)) {
@@ -85,10 +80,8 @@ public:
             oxutPrintf(oxmdOxResourceString(10070, kNoMatchMessage), item);
             return true;
         }
-        std::sort(m_found.begin(), m_found.end(),
-                  [](const NamedLayer& a, const NamedLayer& b) { return a.name.compare(b.name) < 0; });
-        for (const NamedLayer& layer : m_found)
-            ids.append(layer.id);
+        for (const OxDbObjectId& id : m_found)
+            ids.append(id);
         return true;
     }
 
@@ -99,13 +92,15 @@ private:
         if (m_table->getIdAt(item, id, false) != Ox::eOk) return;
         OxDbLayerTableRecord* layer = nullptr;
         if (oxdbOpenObject(layer, id, OxDb::kForRead) != Ox::eOk) return;
-        if (!isConstraintsLayer(layer->name().view())) m_found.push_back({layer->name(), id});
+        if (!isConstraintsLayer(layer->name().view())) m_found.push_back(id);
         layer->close();
     }
 
+    // In the order of the names that the table keeps, so that matching every
+    // layer sorts nothing.
     bool walk(const OxString& item) {
         OxDbSymbolTableIterator* it = nullptr;
-        if (m_table->newIterator(it) != Ox::eOk || !it) return false;
+        if (m_table->newIteratorInNameOrder(it) != Ox::eOk || !it) return false;
         const bool matchesAll = item == L"*";
         for (; !it->done(); it->step()) {
             OxDbObjectId id;
@@ -116,7 +111,7 @@ private:
             if (!isConstraintsLayer(name.view())) {
                 const bool hit = matchesAll || oxutWcMatchEx(name.kwszPtr(), item.kwszPtr(), true) ||
                                  (m_bracketRule && name.compareNoCase(item) == 0);
-                if (hit) m_found.push_back({name, id});
+                if (hit) m_found.push_back(id);
             }
             layer->close();
         }
@@ -127,7 +122,7 @@ private:
     OxDbLayerTable* m_table;
     bool m_exactMode;
     bool m_bracketRule;
-    std::vector<NamedLayer> m_found;
+    std::vector<OxDbObjectId> m_found;
 };
 
 } // namespace

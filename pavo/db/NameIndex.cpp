@@ -1,5 +1,6 @@
 #include "NameIndex.h"
 
+#include <atomic>
 #include <bit>
 #include <cstdint>
 
@@ -7,6 +8,11 @@
 #include "base/CaseFold.h"
 
 namespace pavo::db {
+
+void NameIndex::changed() {
+    static std::atomic<std::uint64_t> generations{0};
+    m_generation = ++generations;
+}
 
 std::size_t NameIndex::home(std::size_t hash) const {
     // Fibonacci hashing spreads the folded-name hash over the table's bits.
@@ -35,6 +41,7 @@ bool NameIndex::insert(std::wstring_view name, OxDbCell* cell) {
     if (slot.cell) return false;
     slot = Slot{hash, cell};
     ++m_count;
+    changed();
     return true;
 }
 
@@ -57,6 +64,7 @@ void NameIndex::erase(std::wstring_view name, const OxDbCell* cell) {
     }
     m_slots[hole] = Slot{};
     --m_count;
+    changed();
 }
 
 void NameIndex::grow() {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +23,10 @@ public:
     // Unlists `cell`, listed under `name` (its name when it was listed).
     void erase(std::wstring_view name, const OxDbCell* cell);
     std::size_t size() const { return m_count; }
+    // Changes whenever a name is listed or unlisted, to a value no index
+    // ever had: equal generations mean the same names (a copy of an index
+    // keeps its generation, as it keeps its names).
+    std::uint64_t generation() const { return m_generation; }
 
 private:
     struct Slot {
@@ -33,8 +38,11 @@ private:
     std::size_t probe(std::wstring_view name, std::size_t hash) const;
     void grow();
 
+    void changed();
+
     std::vector<Slot> m_slots; // a power of two in size, at most half full
     std::size_t m_count = 0;
+    std::uint64_t m_generation = 0;
 };
 
 } // namespace pavo::db

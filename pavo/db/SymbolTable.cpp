@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <utility>
+
 #include "DbInternal.h"
 #include "OxDbServices.h"
 #include "RxDefine.h"
@@ -41,6 +44,23 @@ Ox::ErrorStatus OxDbSymbolTable::Impl::onErase(OxDbCell* cell, bool erasing) {
     return Ox::eOk;
 }
 
+OxDbSymbolTable::Impl::Order OxDbSymbolTable::Impl::inNameOrder() const {
+    if (nameOrder && nameOrderGeneration == byName.generation()) return nameOrder;
+    // Each name looked up once, not at every comparison.
+    std::vector<std::pair<std::wstring_view, OxDbCell*>> named;
+    named.reserve(static_cast<std::size_t>(std::max(live, 0)));
+    for (OxDbCell* cell : records)
+        if (!cell->erased) named.emplace_back(recordName(cell), cell);
+    std::sort(named.begin(), named.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    auto cells = std::make_shared<std::vector<OxDbCell*>>();
+    cells->reserve(named.size());
+    for (const auto& [name, cell] : named)
+        cells->push_back(cell);
+    nameOrder = std::move(cells);
+    nameOrderGeneration = byName.generation();
+    return nameOrder;
+}
+
 void OxDbSymbolTable::Impl::rename(OxDbCell* cell, std::wstring_view oldName, std::wstring_view newName) {
     byName.erase(oldName, cell);
     byName.insert(newName, cell);
@@ -82,6 +102,11 @@ bool OxDbSymbolTable::has(const OxDbObjectId& id) const {
 
 Ox::ErrorStatus OxDbSymbolTable::newIterator(OxDbSymbolTableIterator*& it, bool atBeginning, bool skipDeleted) const {
     it = new OxDbSymbolTableIterator(m_impl, atBeginning, skipDeleted);
+    return Ox::eOk;
+}
+
+Ox::ErrorStatus OxDbSymbolTable::newIteratorInNameOrder(OxDbSymbolTableIterator*& it) const {
+    it = new OxDbSymbolTableIterator(m_impl, m_impl->inNameOrder());
     return Ox::eOk;
 }
 
@@ -166,20 +191,27 @@ OxDbSymbolTableIterator::OxDbSymbolTableIterator(const void* table, bool atBegin
     start(atBeginning, skipDeleted);
 }
 
+OxDbSymbolTableIterator::OxDbSymbolTableIterator(const void* table, std::shared_ptr<const std::vector<OxDbCell*>> order)
+    : m_table(table), m_order(std::move(order)) {
+    start(true, true);
+}
+
 OxDbSymbolTableIterator::~OxDbSymbolTableIterator() = default;
+
+const std::vector<OxDbCell*>& OxDbSymbolTableIterator::cells() const {
+    return m_order ? *m_order : tableOf(m_table).records;
+}
 
 void OxDbSymbolTableIterator::start(bool atBeginning, bool skipDeleted) {
     m_skipDeleted = skipDeleted;
-    m_pos = atBeginning ? 0 : static_cast<long>(tableOf(m_table).records.size()) - 1;
+    m_pos = atBeginning ? 0 : static_cast<long>(cells().size()) - 1;
     skip(atBeginning);
 }
 
-bool OxDbSymbolTableIterator::done() const {
-    return m_pos < 0 || m_pos >= static_cast<long>(tableOf(m_table).records.size());
-}
+bool OxDbSymbolTableIterator::done() const { return m_pos < 0 || m_pos >= static_cast<long>(cells().size()); }
 
 void OxDbSymbolTableIterator::skip(bool forward) {
-    const auto& records = tableOf(m_table).records;
+    const auto& records = cells();
     if (!m_skipDeleted) return;
     while (!done() && records[static_cast<size_t>(m_pos)]->erased)
         m_pos += forward ? 1 : -1;
@@ -190,7 +222,7 @@ Ox::ErrorStatus OxDbSymbolTableIterator::getRecordId(OxDbObjectId& id) const {
         id.setNull();
         return Ox::eOutOfRange;
     }
-    id = OxDbObjectId(tableOf(m_table).records[static_cast<size_t>(m_pos)]);
+    id = OxDbObjectId(cells()[static_cast<size_t>(m_pos)]);
     return Ox::eOk;
 }
 
@@ -202,7 +234,7 @@ void OxDbSymbolTableIterator::step(bool forward, bool skipDeleted) {
 }
 
 Ox::ErrorStatus OxDbSymbolTableIterator::seek(const OxDbObjectId& id) {
-    const auto& records = tableOf(m_table).records;
+    const auto& records = cells();
     for (size_t i = 0; i < records.size(); ++i) {
         if (records[i] == id.cell()) {
             m_pos = static_cast<long>(i);

@@ -2,6 +2,8 @@
 // that ignores letter case, so that lookup by name is O(1).
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -13,6 +15,14 @@ struct OxDbSymbolTable::Impl {
     std::vector<OxDbCell*> records; // erased ones too
     pavo::db::NameIndex byName;     // live records only
     int live = 0;
+
+    // The live records in the order of their names (OxString::compare),
+    // sorted when first asked for after the names changed, and shared with
+    // the iterators walking it, which a later change leaves alone.
+    using Order = std::shared_ptr<const std::vector<OxDbCell*>>;
+    Order inNameOrder() const;
+    mutable Order nameOrder;
+    mutable std::uint64_t nameOrderGeneration = 0;
 
     // The live record of that name (any case), or null.
     OxDbCell* find(std::wstring_view name) const;
