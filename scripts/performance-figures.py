@@ -5,7 +5,7 @@ writes their figures into docs/performance.md, between the two marker lines
 of the generated section; the rest of the document is left as it is.
 
     scripts/performance-figures.py                 run (Release build) and write
-    scripts/performance-figures.py --from RUN.json write from an earlier run
+    scripts/performance-figures.py --from RUN.json write from an earlier run (or several)
     scripts/performance-figures.py --quick         sizes up to 100,000 only
 
 Every figure is the median of five runs, with the smallest and largest.
@@ -32,8 +32,9 @@ OPTIONS = ["Freeze `*`", "Color `*`", "`?` listing to a null output", "a list of
 OPTION_TARGETS = ["30 ms", "30 ms", "100 ms", "5 ms", "50 ms"]
 
 
-def run_benchmarks(bench, out, quick):
-    pattern = "^BM_(%s)/" % "|".join(BENCHMARKS)
+def run_benchmarks(bench, out, quick, pattern=None):
+    if pattern is None:
+        pattern = "^BM_(%s)/" % "|".join(BENCHMARKS)
     if quick:
         pattern = "^BM_(%s)/(?!1000000)" % "|".join(BENCHMARKS)
     command = [str(bench), "--benchmark_filter=" + pattern, "--benchmark_repetitions=5",
@@ -203,6 +204,20 @@ def render(data):
     return "\n".join(out)
 
 
+def merge(runs):
+    """One run of several: the later a run, the more its figures count."""
+    data = {"context": runs[0].get("context", {}), "benchmarks": []}
+    seen = {}
+    for run in runs:
+        for b in run["benchmarks"]:
+            seen[(b["run_name"], b.get("aggregate_name"))] = b
+    data["benchmarks"] = list(seen.values())
+    loads = [r["pavo_load_average"] for r in runs if "pavo_load_average" in r]
+    if loads:
+        data["pavo_load_average"] = [loads[0][0], loads[-1][1]]
+    return data
+
+
 def write_doc(section):
     text = DOC.read_text()
     block = BEGIN + "\n\n" + section + "\n" + END
@@ -216,16 +231,20 @@ def write_doc(section):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--bench", default=str(ROOT / "build" / "release" / "bin" / "pavo_bench"))
-    parser.add_argument("--from", dest="source", help="a JSON file of an earlier run")
+    parser.add_argument("--from", dest="sources", action="append",
+                        help="a JSON file of an earlier run (several: a later one's figures win)")
     parser.add_argument("--out", default=str(ROOT / "build" / "performance-figures.json"),
                         help="where the run's JSON is kept")
     parser.add_argument("--quick", action="store_true", help="leave out the sizes of 1,000,000")
+    parser.add_argument("--filter", help="run only the benchmarks this regular expression names "
+                        "(with --from: the figures of this run win over the earlier ones)")
     parser.add_argument("--print", action="store_true", help="print the section instead of writing it")
     args = parser.parse_args()
-    if args.source:
-        data = json.loads(pathlib.Path(args.source).read_text())
+    earlier = [json.loads(pathlib.Path(p).read_text()) for p in args.sources or []]
+    if args.sources and not args.filter:
+        data = merge(earlier)
     else:
-        data = run_benchmarks(args.bench, args.out, args.quick)
+        data = merge(earlier + [run_benchmarks(args.bench, args.out, args.quick, args.filter)])
     if "date" not in data.get("context", {}):
         data.setdefault("context", {})["date"] = datetime.datetime.now().isoformat(timespec="minutes")
     section = render(data)
