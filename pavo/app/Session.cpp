@@ -32,6 +32,11 @@ namespace pavo::app {
 namespace {
 
 Session* g_current = nullptr;
+#if !defined(PAVO_SANITIZED)
+// The drawing of a session that ended with the process: still reachable
+// from here, so not a leak.
+OxDbDatabase* g_leftToProcessEnd = nullptr;
+#endif
 
 std::vector<fs::path> splitPath(const char* value) {
     std::vector<fs::path> out;
@@ -149,8 +154,7 @@ Session::~Session() {
 
 void Session::leaveDrawingToProcessEnd() {
 #if !defined(PAVO_SANITIZED)
-    static OxDbDatabase* left = nullptr; // still reachable: no leak
-    left = m_db.release();
+    g_leftToProcessEnd = m_db.release();
 #endif
 }
 
