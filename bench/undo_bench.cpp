@@ -5,8 +5,11 @@
 //   RecordingListAll/N     the same for "-LAYER" "?", which only reads
 //   UndoFreezeAll/N        U of that command
 //   RedoFreezeAll/N        REDO after that U
-//   UndoSetByLayer/N       U of a SETBYLAYER on ALL of N entities (as in
-//                          setbylayer_bench: every tenth object explicit)
+//   UndoSetByLayer/N/E     U of a SETBYLAYER on ALL of N entities, every
+//                          E-th one with its own properties (as in
+//                          setbylayer_bench: E = 10), the rest ByLayer
+//   UndoLine/N             U of a LINE drawn on N entities; "step_bytes"
+//                          what the step records
 // Counters: "step_B_per_object" the heap the recorded step takes per
 // changed object (measured: heap after the command with recording on, less
 // the same with it off), "state_B_per_object" what the recorded objects'
@@ -145,9 +148,9 @@ void BM_RedoFreezeAll(benchmark::State& state) {
 
 const std::vector<std::string> kSetByLayerAnswers = {"255", "ALL", "", "Yes", "Yes"};
 
-std::unique_ptr<Run> setByLayerRun(std::size_t entities) {
-    auto run = std::make_unique<Run>(kSetByLayerAnswers, 0,
-                                     pavobench::generateDrawing(pavobench::setByLayerDrawingSize(entities, 10)));
+std::unique_ptr<Run> setByLayerRun(std::size_t entities, std::size_t explicitEvery) {
+    auto run = std::make_unique<Run>(
+        kSetByLayerAnswers, 0, pavobench::generateDrawing(pavobench::setByLayerDrawingSize(entities, explicitEvery)));
     run->command(L"SETBYLAYERMODE");
     return run;
 }
@@ -161,14 +164,15 @@ std::size_t heapGrowth(Run& run) {
 
 void BM_UndoSetByLayer(benchmark::State& state) {
     const auto entities = static_cast<std::size_t>(state.range(0));
+    const auto explicitEvery = static_cast<std::size_t>(state.range(1));
     double stepPerObject = 0, statePerObject = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        auto off = setByLayerRun(entities);
+        auto off = setByLayerRun(entities, explicitEvery);
         off->history().setControl(pavo::db::UndoHistory::Control::None);
         const std::size_t withoutRecording = heapGrowth(*off);
         off.reset();
-        auto run = setByLayerRun(entities);
+        auto run = setByLayerRun(entities, explicitEvery);
         const std::size_t withRecording = heapGrowth(*run);
         const std::size_t changed = run->history().changedObjects();
         if (!changed) state.SkipWithError("nothing recorded");
@@ -187,10 +191,32 @@ void BM_UndoSetByLayer(benchmark::State& state) {
     state.counters["bookkeeping_B_per_object"] = stepPerObject - statePerObject;
 }
 
+// A line drawn on a model space of N entities: the step it records (the
+// line, the model space's header and the list's length), and U of it.
+void BM_UndoLine(benchmark::State& state) {
+    const auto entities = static_cast<std::size_t>(state.range(0));
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto run = std::make_unique<Run>(std::vector<std::string>{"0,0", "5,5", ""}, 0,
+                                         pavobench::generateDrawing(pavobench::setByLayerDrawingSize(entities, 10)));
+        run->command(L"LINE");
+        state.counters["step_bytes"] = static_cast<double>(run->history().bytes());
+        state.ResumeTiming();
+        run->command(L"U");
+        state.PauseTiming();
+        if (run->history().redoableCount() != 1) state.SkipWithError("not undone");
+        run.reset();
+        state.ResumeTiming();
+    }
+}
+
 } // namespace
 
 BENCHMARK(BM_RecordingFreezeAll)->Arg(10000)->Arg(100000)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(11);
 BENCHMARK(BM_RecordingListAll)->Arg(10000)->Arg(100000)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(11);
 BENCHMARK(BM_UndoFreezeAll)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(5);
 BENCHMARK(BM_RedoFreezeAll)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)->Iterations(5);
-BENCHMARK(BM_UndoSetByLayer)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_UndoSetByLayer)->Args({100000, 10})->Args({1000000, 10})->Unit(benchmark::kMillisecond)->Iterations(3);
+// Every object explicit: all of them change.
+BENCHMARK(BM_UndoSetByLayer)->Args({1000000, 1})->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(BM_UndoLine)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(3);
