@@ -39,15 +39,19 @@ OxDbLayerTableRecord* vxlayer::newLayerRecord(OxDbDatabase* db, const OxString& 
     return layer;
 }
 
-OxDbObjectId PavoLayerHelper::createNewLayer(OxDbDatabase* db, OxDbLayerTable* table, OxString& name) {
-    if (!db || !table) return OxDbObjectId();
-    OxDbLayerTableRecord* layer = vxlayer::newLayerRecord(db, name);
-    const OxDbObjectId plotStyleNames = db->getPlotStyleNameDictionaryId(true);
+OxDbLayerTableRecord* vxlayer::newLayerWithDefaults(OxDbDatabase* db, const OxString& name, bool makePlotStyleNames) {
+    OxDbLayerTableRecord* layer = newLayerRecord(db, name);
+    const OxDbObjectId plotStyleNames = db->getPlotStyleNameDictionaryId(makePlotStyleNames);
     if (!plotStyleNames.isNull()) layer->setPlotStyleName(normalPlotStyle(plotStyleNames));
     layer->setColor(OxCmColor::fromIndex(7));
     layer->setVPDFLT(false);
     layer->setDescription(L"");
+    return layer;
+}
 
+OxDbObjectId PavoLayerHelper::createNewLayer(OxDbDatabase* db, OxDbLayerTable* table, OxString& name) {
+    if (!db || !table) return OxDbObjectId();
+    OxDbLayerTableRecord* layer = vxlayer::newLayerWithDefaults(db, name);
     OxDbObjectId id;
     if (table->add(id, layer) != Ox::eOk) {
         delete layer; // never resident

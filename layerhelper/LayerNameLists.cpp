@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "LayerNameList.h"
 #include "LayerNameRules.h"
 #include "OxDbDatabase.h"
 #include "OxDbServices.h"
@@ -18,66 +19,24 @@
 namespace {
 
 constexpr const wchar_t* kNoMatchMessage = L"\nNo layers found matching pattern %ls. ";
-constexpr std::wstring_view kConstraintsLayer = L"*pavo_constraints";
 
-// Splits a name list into items without copying what is left of it, so
-// that a list of any length is split in one pass. A comma at the very start
-// of what is left does not split: the whole rest is then one item (so "A,,B"
-// gives "A" and ",B").
-class ItemSplitter {
-public:
-    explicit ItemSplitter(std::wstring_view list) : m_rest(list) {}
-    bool done() const { return m_rest.empty(); }
-
-    // The next item, trimmed of white space.
-    OxString next() {
-        const std::size_t comma = m_rest.find(L',');
-        std::wstring_view item = m_rest;
-        if (comma == 0 || comma == std::wstring_view::npos) {
-            m_rest = {};
-        } else {
-            item = m_rest.substr(0, comma);
-            m_rest.remove_prefix(comma + 1);
-        }
-        OxString trimmed{item};
-        trimmed.trimLeft().trimRight();
-        return trimmed;
-    }
-
-private:
-    std::wstring_view m_rest;
-};
-
-bool isConstraintsLayer(std::wstring_view name) {
-    if (name.size() != kConstraintsLayer.size()) return false;
-    for (size_t i = 0; i < name.size(); ++i) {
-        const wchar_t ch = name[i];
-        const wchar_t lower = ch >= L'A' && ch <= L'Z' ? static_cast<wchar_t>(ch - L'A' + L'a') : ch;
-        if (lower != kConstraintsLayer[i]) return false;
-    }
-    return true;
-}
-
-// An item without wildcard syntax names at most one layer, which the table's
-// name index finds without a walk.
-bool isPlainName(const OxString& item) { return item.findOneOf(L"#@.*?~[]`,", 0) < 0; }
+using vxlayer::LayerNameList;
 
 class LayerMatcher {
 public:
-    LayerMatcher(OxDbLayerTable* table, bool exactMode, bool bracketRule)
-        : m_table(table), m_exactMode(exactMode), m_bracketRule(bracketRule) {}
+    LayerMatcher(OxDbLayerTable* table, const LayerNameList& list) : m_table(table), m_list(list) {}
 
     // Appends the layers `item` names, in the order of their names; false
     // when the table cannot be walked.
-    bool match(const OxString& item, OxArray<OxDbObjectId>& ids) {
+    bool match(const LayerNameList::Item& item, OxArray<OxDbObjectId>& ids) {
         m_found.clear();
-        if (m_exactMode || isPlainName(item)) {
-            lookUp(item);
+        if (item.wholeName) {
+            lookUp(item.text);
         } else if (!walk(item)) {
             return false;
         }
         if (m_found.empty()) {
-            oxutPrintf(oxmdOxResourceString(10070, kNoMatchMessage), item);
+            oxutPrintf(oxmdOxResourceString(10070, kNoMatchMessage), item.text);
             return true;
         }
         for (const OxDbObjectId& id : m_found)
@@ -92,27 +51,22 @@ private:
         if (m_table->getIdAt(item, id, false) != Ox::eOk) return;
         OxDbLayerTableRecord* layer = nullptr;
         if (oxdbOpenObject(layer, id, OxDb::kForRead) != Ox::eOk) return;
-        if (!isConstraintsLayer(layer->name().view())) m_found.push_back(id);
+        if (!vxlayer::isConstraintsLayer(layer->name().view())) m_found.push_back(id);
         layer->close();
     }
 
     // In the order of the names that the table keeps, so that matching every
     // layer sorts nothing.
-    bool walk(const OxString& item) {
+    bool walk(const LayerNameList::Item& item) {
         OxDbSymbolTableIterator* it = nullptr;
         if (m_table->newIteratorInNameOrder(it) != Ox::eOk || !it) return false;
-        const bool matchesAll = item == L"*";
         for (; !it->done(); it->step()) {
             OxDbObjectId id;
             if (it->getRecordId(id) != Ox::eOk) continue;
             OxDbLayerTableRecord* layer = nullptr;
             if (oxdbOpenObject(layer, id, OxDb::kForRead) != Ox::eOk) continue;
             const OxString& name = layer->name();
-            if (!isConstraintsLayer(name.view())) {
-                const bool hit = matchesAll || oxutWcMatchEx(name.kwszPtr(), item.kwszPtr(), true) ||
-                                 (m_bracketRule && name.compareNoCase(item) == 0);
-                if (hit) m_found.push_back(id);
-            }
+            if (m_list.selects(item, name)) m_found.push_back(id);
             layer->close();
         }
         delete it;
@@ -120,8 +74,7 @@ private:
     }
 
     OxDbLayerTable* m_table;
-    bool m_exactMode;
-    bool m_bracketRule;
+    const LayerNameList& m_list;
     std::vector<OxDbObjectId> m_found;
 };
 
@@ -135,18 +88,10 @@ int PavoLayerHelper::getMatchedLayerList(const OxString& list, OxArray<OxDbObjec
     OxDbLayerTable* table = nullptr;
     if (db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk || !table) return STATUS_ERROR;
 
-    std::wstring_view rest = list.view();
-    bool exactMode = exactMatch;
-    if (rest.front() == L'=') {
-        exactMode = true;
-        rest.remove_prefix(std::min(rest.find_first_not_of(L'='), rest.size()));
-        if (rest.empty()) oxutPrintf(oxmdOxResourceString(10070, kNoMatchMessage), list);
-    }
-    const bool bracketRule = rest.find_first_of(L"[]") != std::wstring_view::npos;
-
-    LayerMatcher matcher(table, exactMode, bracketRule);
-    for (ItemSplitter items(rest); !items.done();) {
-        const OxString item = items.next();
+    const LayerNameList names(list.view(), exactMatch);
+    if (names.namesNothing()) oxutPrintf(oxmdOxResourceString(10070, kNoMatchMessage), list);
+    LayerMatcher matcher(table, names);
+    for (const LayerNameList::Item& item : names.items()) {
         if (!matcher.match(item, ids)) {
             table->close();
             return STATUS_ERROR;
@@ -189,7 +134,7 @@ int PavoLayerHelper::getValidNewLayerList(const OxString& list, OxArray<OxString
     OxDbLayerTable* table = nullptr;
     if (db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk || !table) return STATUS_ERROR;
 
-    for (ItemSplitter items(list.view()); !items.done();) {
+    for (vxlayer::NameListItems items(list.view()); !items.done();) {
         const OxString item = items.next();
         // A name already too long is reported without asking the host.
         const int extnames = vxlayer::readExtnames();

@@ -13,4 +13,10 @@ namespace vxlayer {
 // sets the rest and adds it, or deletes it.
 OxDbLayerTableRecord* newLayerRecord(OxDbDatabase* db, const OxString& name);
 
+// The same with every default of a layer made by "-LAYER" New: colour 7,
+// the "NORMAL" plot style, thawed in new viewports, no description. Makes
+// the drawing's plot style name dictionary when it has none and
+// `makePlotStyleNames` (otherwise such a layer has no plot style).
+OxDbLayerTableRecord* newLayerWithDefaults(OxDbDatabase* db, const OxString& name, bool makePlotStyleNames = true);
+
 } // namespace vxlayer

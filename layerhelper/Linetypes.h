@@ -24,4 +24,12 @@ const wchar_t* standardLinetypeFile(bool metric);
 inline constexpr int kLinetypePathLength = 512;
 int findSupportFile(const wchar_t* file, std::array<wchar_t, kLinetypePathLength>& path);
 
+// The standard linetype file of the drawing's measurement system
+// (MEASUREMENT), found as findSupportFile finds it; false when missing.
+bool findStandardLinetypeFile(std::array<wchar_t, kLinetypePathLength>& path);
+
+// The linetype `name` of the drawing, loaded from the standard linetype
+// file when missing. Null (with the message) when it is in neither.
+OxDbObjectId linetypeOrLoad(OxDbDatabase* db, const OxString& name);
+
 } // namespace vxlayer

@@ -18,29 +18,6 @@ namespace {
 
 constexpr int kLinesPerPage = 20;
 
-// The linetype `name` of the drawing, loaded from the linetype file of the
-// drawing's measurement system when missing. Null (with the message) when
-// it is in neither.
-OxDbObjectId linetypeOrLoad(OxDbDatabase* db, const OxString& name) {
-    OxDbObjectId id;
-    if (!vxlayer::findLinetype(db, name, id)) return OxDbObjectId();
-    if (!id.isNull()) return id;
-
-    int measurement = 0;
-    const bool metric = vxlayer::readIntVariable(L"MEASUREMENT", measurement) && measurement != 0;
-    std::array<wchar_t, vxlayer::kLinetypePathLength> path{};
-    if (vxlayer::findSupportFile(vxlayer::standardLinetypeFile(metric), path) == STATUS_NORMAL) {
-        try {
-            db->loadLineTypeFile(name, path.data()); // a failed load shows as a failed lookup
-            vxlayer::findLinetype(db, name, id);
-        } catch (...) {
-            id = OxDbObjectId();
-        }
-    }
-    if (id.isNull()) oxutPrintf(oxmdOxResourceString(10119, L"\nLinetype %ls not found."), name);
-    return id;
-}
-
 // Waits for Enter between pages; false when the user cancels.
 bool continueListing() {
     oxedInitGet(0, nullptr);
@@ -100,7 +77,7 @@ int Pavo6763Command::_branch_ltype() {
         oxutPrintf(oxmdOxResourceString(10087, L"\"%ls\" is invalid linetype name."), name);
         return STATUS_NORMAL;
     }
-    const OxDbObjectId linetypeId = linetypeOrLoad(db, name);
+    const OxDbObjectId linetypeId = vxlayer::linetypeOrLoad(db, name);
     if (linetypeId.isNull()) return STATUS_ERROR;
 
     const OxString currentLayer = vxlayer::currentLayerName();

@@ -3,6 +3,7 @@
 #include "OxDbDatabase.h"
 #include "OxDbSymbolTable.h"
 #include "Pavo6763Command.h"
+#include "layerhelper/LayerDeletion.h"
 #include "layerhelper/LayerNameRules.h"
 #include "layerhelper/PavoLayerHelper.h"
 #include "layerhelper/WorkingDatabase.h"
@@ -51,13 +52,6 @@ int decideReplacement(const OxArray<OxDbObjectId>& ids, bool& replace) {
         return STATUS_NORMAL;
     }
     return STATUS_NORMAL;
-}
-
-// Why a layer may not be deleted; false when it may.
-bool isProtectedFromDeletion(const OxDbLayerTableRecord& layer) {
-    if (layer.isInUse()) return true;
-    if (layer.name().find(L'|', 0) >= 0) return true;
-    return layer.name().compareNoCase(L"DEFPOINTS") == 0;
 }
 
 } // namespace
@@ -147,22 +141,17 @@ int Pavo6763Command::_branch_delete() {
     status = PavoLayerHelper::getMatchedLayerList(list, ids, false);
     if (status != STATUS_NORMAL || ids.isEmpty()) return status;
 
-    OxDbLayerTable* table = nullptr;
-    if (db->getSymbolTable(table, OxDb::kForWrite) == Ox::eOk) {
-        table->generateUsageData();
-        table->close();
-    }
+    vxlayer::markLayersInUse(db);
 
     const OxString refusal = oxmdOxResourceString(10128, L"\nCannot delete the selected layer(s). ");
-    const OxDbObjectId layerZero = db->layerZero();
     for (const OxDbObjectId& id : ids) {
-        if (id == layerZero || id == db->clayer()) {
+        if (id == db->layerZero() || id == db->clayer()) {
             oxutPrintf(refusal);
             continue;
         }
         OxDbLayerTableRecord* layer = nullptr;
         if (oxdbOpenObject(layer, id, OxDb::kForWrite) != Ox::eOk) continue;
-        if (isProtectedFromDeletion(*layer))
+        if (vxlayer::deletionRefusal(*db, *layer, db->clayer()) != vxlayer::DeletionRefusal::None)
             oxutPrintf(refusal);
         else
             layer->erase(true);
