@@ -9,6 +9,7 @@ namespace {
 constexpr const wchar_t* kHeadings[kColumnCount] = {
     L"Status",     L"Name",         L"On",         L"Frozen",        L"Locked",     L"Plot",       L"Color",
     L"Linetype",   L"Lineweight",   L"Transparency", L"Plot Style", L"New VP Freeze", L"Description",
+    L"VP Freeze",  L"VP Color",     L"VP Linetype",  L"VP Lineweight", L"VP Transparency", L"VP Plot Style",
 };
 
 } // namespace
@@ -24,7 +25,8 @@ std::optional<LayerColumn> settableColumn(std::wstring_view text) {
 
 const wchar_t* settableHeadings() {
     return L"Name, On, Frozen, Locked, Plot, Color, Linetype, Lineweight, Transparency, Plot Style, New VP Freeze, "
-           L"Description";
+           L"Description, and in a viewport VP Freeze, VP Color, VP Linetype, VP Lineweight, VP Transparency, VP Plot "
+           L"Style";
 }
 
 bool isSwitchColumn(LayerColumn column) {
@@ -34,9 +36,24 @@ bool isSwitchColumn(LayerColumn column) {
     case LayerColumn::Locked:
     case LayerColumn::Plot:
     case LayerColumn::NewVpFreeze:
+    case LayerColumn::VpFreeze:
         return true;
     default:
         return false;
+    }
+}
+
+bool isViewportColumn(LayerColumn column) { return static_cast<int>(column) >= kLayerColumnCount; }
+
+LayerColumn overriddenColumn(LayerColumn column) {
+    switch (column) {
+    case LayerColumn::VpFreeze: return LayerColumn::Frozen;
+    case LayerColumn::VpColor: return LayerColumn::Color;
+    case LayerColumn::VpLinetype: return LayerColumn::Linetype;
+    case LayerColumn::VpLineweight: return LayerColumn::Lineweight;
+    case LayerColumn::VpTransparency: return LayerColumn::Transparency;
+    case LayerColumn::VpPlotStyle: return LayerColumn::PlotStyle;
+    default: return column;
     }
 }
 

@@ -21,8 +21,16 @@ enum class LayerColumn {
     PlotStyle,
     NewVpFreeze,
     Description,
+    // The current viewport's: frozen there, and its overrides.
+    VpFreeze,
+    VpColor,
+    VpLinetype,
+    VpLineweight,
+    VpTransparency,
+    VpPlotStyle,
 };
-inline constexpr int kColumnCount = 13;
+inline constexpr int kColumnCount = 19;
+inline constexpr int kLayerColumnCount = 13; // the columns before the viewport's
 
 const wchar_t* columnHeading(LayerColumn column);
 // The column whose heading `text` is, letter case ignored; none for the
@@ -31,7 +39,11 @@ std::optional<LayerColumn> settableColumn(std::wstring_view text);
 // The headings of the columns that can be set, as a list for messages.
 const wchar_t* settableHeadings();
 
-// On, Frozen, Locked, Plot and New VP Freeze: shown as check boxes.
+// On, Frozen, Locked, Plot, New VP Freeze and VP Freeze: check boxes.
 bool isSwitchColumn(LayerColumn column);
+// The columns of the current viewport.
+bool isViewportColumn(LayerColumn column);
+// The layer's own column a viewport column overrides (VP Color: Color).
+LayerColumn overriddenColumn(LayerColumn column);
 
 } // namespace layermanager

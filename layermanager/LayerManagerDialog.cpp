@@ -17,7 +17,8 @@ namespace layermanager {
 namespace {
 
 // Room for each column's values; a heading wider than that widens it.
-constexpr int kColumnWidths[kColumnCount] = {52, 220, 44, 56, 56, 48, 130, 120, 96, 96, 90, 104, 240};
+constexpr int kColumnWidths[kColumnCount] = {52, 220, 44, 56, 56, 48, 130, 120, 96, 96, 90, 104, 240,
+                                             72, 130, 120, 96, 96, 90};
 
 template <class W> W* control(COxUiDialog& dialog, const char* name) {
     return qobject_cast<W*>(dialog.getWidgetsFromOrignal(name));
@@ -69,6 +70,17 @@ void LayerManagerDialog::setUpTable() {
     for (int c = 0; c < kColumnCount; ++c) {
         const QString heading = QString::fromWCharArray(columnHeading(static_cast<LayerColumn>(c)));
         columns->resizeSection(c, std::max(kColumnWidths[c], columns->fontMetrics().horizontalAdvance(heading) + 28));
+        // The viewport's columns, only in a viewport; Description then
+        // comes last but for them.
+        if (isViewportColumn(static_cast<LayerColumn>(c))) m_table->setColumnHidden(c, !m_sheet.hasViewport());
+    }
+    if (m_sheet.hasViewport()) {
+        // The viewport's columns stand beside the layer's own, before New VP
+        // Freeze and Description, and the dialog widens for them.
+        const int before = columns->visualIndex(static_cast<int>(LayerColumn::NewVpFreeze));
+        for (int c = kLayerColumnCount; c < kColumnCount; ++c)
+            columns->moveSection(columns->visualIndex(c), before + (c - kLayerColumnCount));
+        resize(width() + 480, height());
     }
     columns->setStretchLastSection(true);
     columns->setSectionsClickable(true);
@@ -285,10 +297,12 @@ void LayerManagerDialog::scriptRows() {
         QString line = QString::fromStdWString(row.name.str());
         if (m_sheet.isCurrent(row)) line += QStringLiteral(" (current)");
         line += QLatin1Char(':');
-        for (int c = 2; c < kColumnCount; ++c) {
+        const int columns = m_sheet.hasViewport() ? kColumnCount : kLayerColumnCount;
+        for (int c = 2; c < columns; ++c) {
             const auto column = static_cast<LayerColumn>(c);
             line += QStringLiteral(" %1=%2").arg(QString::fromWCharArray(columnHeading(column)),
                                                  QString::fromStdWString(m_sheet.displayText(row, column)));
+            if (row.isOverridden(column)) line += QStringLiteral(" (override)");
         }
         say(line);
     }

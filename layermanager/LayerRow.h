@@ -26,11 +26,47 @@ struct LayerRow {
     bool on = true, frozen = false, locked = false, plot = true, newVpFrozen = false;
     bool dependent = false; // belongs to an external reference ("X|NAME")
     bool deleted = false;
-    std::uint16_t changed = 0; // a bit a column
+    std::uint32_t changed = 0; // a bit a column
 
-    void markChanged(LayerColumn column) { changed |= static_cast<std::uint16_t>(1u << static_cast<int>(column)); }
-    bool isChanged(LayerColumn column) const { return (changed >> static_cast<int>(column)) & 1u; }
+    // In the current viewport: frozen there, and the overrides of the
+    // layer's properties, each with its bit in vpOverrides (a bit a column).
+    bool vpFrozen = false;
+    std::uint32_t vpOverrides = 0;
+    OxCmColor vpColor;
+    OxCmTransparency vpTransparency;
+    std::int16_t vpLineweight = -3;
+    std::uint32_t vpLinetype = kNoEntry;
+    std::uint32_t vpPlotStyle = kNoEntry;
+
+    static std::uint32_t bit(LayerColumn column) { return 1u << static_cast<int>(column); }
+    void markChanged(LayerColumn column) { changed |= bit(column); }
+    bool isChanged(LayerColumn column) const { return (changed & bit(column)) != 0; }
+    bool isOverridden(LayerColumn column) const { return (vpOverrides & bit(column)) != 0; }
 };
+
+// The state of a switch column (On, Frozen, Locked, Plot, New VP Freeze,
+// VP Freeze), and setting it.
+inline bool switchOf(const LayerRow& row, LayerColumn column) {
+    switch (column) {
+    case LayerColumn::On: return row.on;
+    case LayerColumn::Frozen: return row.frozen;
+    case LayerColumn::Locked: return row.locked;
+    case LayerColumn::Plot: return row.plot;
+    case LayerColumn::VpFreeze: return row.vpFrozen;
+    default: return row.newVpFrozen;
+    }
+}
+
+inline void setSwitchOf(LayerRow& row, LayerColumn column, bool on) {
+    switch (column) {
+    case LayerColumn::On: row.on = on; break;
+    case LayerColumn::Frozen: row.frozen = on; break;
+    case LayerColumn::Locked: row.locked = on; break;
+    case LayerColumn::Plot: row.plot = on; break;
+    case LayerColumn::VpFreeze: row.vpFrozen = on; break;
+    default: row.newVpFrozen = on; break;
+    }
+}
 
 // A linetype or plot style a row refers to by number: its name, and its
 // record in the drawing (null while it is still to be loaded or made).

@@ -75,28 +75,27 @@ const wchar_t* switchText(LayerColumn column, bool on) {
     case LayerColumn::Frozen: return on ? L"Frozen" : L"Thawed";
     case LayerColumn::Locked: return on ? L"Locked" : L"Unlocked";
     case LayerColumn::Plot: return on ? L"Plot" : L"No plot";
-    default: return on ? L"Frozen" : L"Thawed";
+    default: return on ? L"Frozen" : L"Thawed"; // New VP Freeze, VP Freeze
     }
 }
 
-bool switchOf(const LayerRow& row, LayerColumn column) {
-    switch (column) {
-    case LayerColumn::On: return row.on;
-    case LayerColumn::Frozen: return row.frozen;
-    case LayerColumn::Locked: return row.locked;
-    case LayerColumn::Plot: return row.plot;
-    default: return row.newVpFrozen;
-    }
-}
 
-void setSwitchOf(LayerRow& row, LayerColumn column, bool on) {
-    switch (column) {
-    case LayerColumn::On: row.on = on; break;
-    case LayerColumn::Frozen: row.frozen = on; break;
-    case LayerColumn::Locked: row.locked = on; break;
-    case LayerColumn::Plot: row.plot = on; break;
-    default: row.newVpFrozen = on; break;
-    }
+
+// What a viewport column shows: the override, or the layer's own value.
+const OxCmColor& colorIn(const LayerRow& row, bool viewport) {
+    return viewport && row.isOverridden(LayerColumn::VpColor) ? row.vpColor : row.color;
+}
+std::uint32_t linetypeIn(const LayerRow& row, bool viewport) {
+    return viewport && row.isOverridden(LayerColumn::VpLinetype) ? row.vpLinetype : row.linetype;
+}
+int lineweightIn(const LayerRow& row, bool viewport) {
+    return viewport && row.isOverridden(LayerColumn::VpLineweight) ? row.vpLineweight : row.lineweight;
+}
+const OxCmTransparency& transparencyIn(const LayerRow& row, bool viewport) {
+    return viewport && row.isOverridden(LayerColumn::VpTransparency) ? row.vpTransparency : row.transparency;
+}
+std::uint32_t plotStyleIn(const LayerRow& row, bool viewport) {
+    return viewport && row.isOverridden(LayerColumn::VpPlotStyle) ? row.vpPlotStyle : row.plotStyle;
 }
 
 } // namespace
@@ -123,20 +122,21 @@ void LayerSheet::sortBy(LayerColumn column, bool ascending) {
     m_sortAscending = ascending;
     const std::vector<std::uint32_t> linetypeRanks = ranksByName(m_linetypes);
     const std::vector<std::uint32_t> plotStyleRanks = ranksByName(m_plotStyles);
+    const bool vp = isViewportColumn(column);
     const auto key = [&](std::uint32_t ia, std::uint32_t ib) -> int {
         const LayerRow& a = m_rows[ia];
         const LayerRow& b = m_rows[ib];
-        switch (column) {
+        switch (overriddenColumn(column)) {
         case LayerColumn::Status: return compareBool(ib == m_current, ia == m_current);
         case LayerColumn::Name: return 0;
-        case LayerColumn::Color: return compareColors(a.color, b.color);
+        case LayerColumn::Color: return compareColors(colorIn(a, vp), colorIn(b, vp));
         case LayerColumn::Linetype:
-            return compareValues(rankOf(linetypeRanks, a.linetype), rankOf(linetypeRanks, b.linetype));
-        case LayerColumn::Lineweight: return compareValues(a.lineweight, b.lineweight);
+            return compareValues(rankOf(linetypeRanks, linetypeIn(a, vp)), rankOf(linetypeRanks, linetypeIn(b, vp)));
+        case LayerColumn::Lineweight: return compareValues(lineweightIn(a, vp), lineweightIn(b, vp));
         case LayerColumn::Transparency:
-            return compareValues(transparencyPercent(a.transparency), transparencyPercent(b.transparency));
+            return compareValues(transparencyPercent(transparencyIn(a, vp)), transparencyPercent(transparencyIn(b, vp)));
         case LayerColumn::PlotStyle:
-            return compareValues(rankOf(plotStyleRanks, a.plotStyle), rankOf(plotStyleRanks, b.plotStyle));
+            return compareValues(rankOf(plotStyleRanks, plotStyleIn(a, vp)), rankOf(plotStyleRanks, plotStyleIn(b, vp)));
         case LayerColumn::Description: return a.description.compareNoCase(b.description);
         default: return compareBool(switchOf(a, column), switchOf(b, column));
         }
@@ -153,14 +153,21 @@ void LayerSheet::sortBy(LayerColumn column, bool ascending) {
 }
 
 std::wstring LayerSheet::displayText(const LayerRow& row, LayerColumn column) const {
-    switch (column) {
+    const bool vp = isViewportColumn(column);
+    switch (overriddenColumn(column)) {
     case LayerColumn::Status: return isCurrent(row) ? L"Current" : L"";
     case LayerColumn::Name: return row.name.str();
-    case LayerColumn::Color: return colorText(row.color);
-    case LayerColumn::Linetype: return row.linetype == kNoEntry ? L"" : m_linetypes.at(row.linetype).name.str();
-    case LayerColumn::Lineweight: return lineweightText(row.lineweight);
-    case LayerColumn::Transparency: return std::to_wstring(transparencyPercent(row.transparency));
-    case LayerColumn::PlotStyle: return row.plotStyle == kNoEntry ? L"" : m_plotStyles.at(row.plotStyle).name.str();
+    case LayerColumn::Color: return colorText(colorIn(row, vp));
+    case LayerColumn::Linetype: {
+        const std::uint32_t entry = linetypeIn(row, vp);
+        return entry == kNoEntry ? L"" : m_linetypes.at(entry).name.str();
+    }
+    case LayerColumn::Lineweight: return lineweightText(lineweightIn(row, vp));
+    case LayerColumn::Transparency: return std::to_wstring(transparencyPercent(transparencyIn(row, vp)));
+    case LayerColumn::PlotStyle: {
+        const std::uint32_t entry = plotStyleIn(row, vp);
+        return entry == kNoEntry ? L"" : m_plotStyles.at(entry).name.str();
+    }
     case LayerColumn::Description: return row.description.str();
     default: return switchText(column, switchOf(row, column));
     }
@@ -204,32 +211,50 @@ std::wstring LayerSheet::setSwitch(const RowList& rows, LayerColumn column, bool
 
 std::wstring LayerSheet::setValue(const RowList& rows, LayerColumn column, const std::wstring& text) {
     if (rows.empty()) return L"No layer is selected; nothing changed.";
+    if (isViewportColumn(column) && !hasViewport())
+        return L"There is no current viewport: make a layout current and work inside one of its viewports; nothing "
+               L"changed.";
     if (isSwitchColumn(column)) {
         const std::optional<bool> on = parseSwitch(text);
         if (!on) return say(L"%ls takes on or off (yes or no); nothing changed.", columnHeading(column));
         return setSwitch(rows, column, *on);
     }
+    if (column == LayerColumn::Name) {
+        if (rows.size() != 1) return L"A name belongs to one layer: select only the layer to rename.";
+        return rename(rows.front(), text);
+    }
+    if (isViewportColumn(column) && OxString(text).trim().compareNoCase(L"Remove") == 0) {
+        for (std::uint32_t index : rows) {
+            LayerRow& row = m_rows[index];
+            if (!row.isOverridden(column)) continue;
+            row.vpOverrides &= ~LayerRow::bit(column);
+            touch(row, column);
+        }
+        return L"";
+    }
+    return setProperty(rows, column, text);
+}
+
+std::wstring LayerSheet::setProperty(const RowList& rows, LayerColumn column, const std::wstring& text) {
     // Each value is read before any row changes, so that a refused value
-    // changes nothing.
+    // changes nothing. A viewport column sets its override.
+    const bool vp = isViewportColumn(column);
     const auto each = [&](auto&& change) {
         for (std::uint32_t index : rows) {
             change(m_rows[index]);
+            if (vp) m_rows[index].vpOverrides |= LayerRow::bit(column);
             touch(m_rows[index], column);
         }
         return std::wstring();
     };
-    switch (column) {
-    case LayerColumn::Name: {
-        if (rows.size() != 1) return L"A name belongs to one layer: select only the layer to rename.";
-        return rename(rows.front(), text);
-    }
+    switch (overriddenColumn(column)) {
     case LayerColumn::Color: {
         const std::optional<OxCmColor> color = parseLayerColor(text);
         if (!color)
             return say(L"\"%ls\" is not a layer colour: type 1 to 255, a colour name or red,green,blue; nothing "
                        L"changed.",
                        text);
-        return each([&](LayerRow& row) { row.color = *color; });
+        return each([&](LayerRow& row) { (vp ? row.vpColor : row.color) = *color; });
     }
     case LayerColumn::Linetype: {
         OxString name(text);
@@ -239,7 +264,7 @@ std::wstring LayerSheet::setValue(const RowList& rows, LayerColumn column, const
         if (byRecord || (entry == kNoEntry && (name.isEmpty() || !standardFileHasLinetype(name))))
             return say(L"Linetype %ls is neither in the drawing nor in its linetype file; nothing changed.", name);
         if (entry == kNoEntry) entry = m_linetypes.add(name); // loaded from the file on Apply
-        return each([&](LayerRow& row) { row.linetype = entry; });
+        return each([&](LayerRow& row) { (vp ? row.vpLinetype : row.linetype) = entry; });
     }
     case LayerColumn::Lineweight: {
         const std::optional<int> weight = parseLineweight(text);
@@ -247,13 +272,13 @@ std::wstring LayerSheet::setValue(const RowList& rows, LayerColumn column, const
             return say(L"\"%ls\" is not a lineweight: type Default or a standard lineweight in millimetres "
                        L"(0.00 to 2.11); nothing changed.",
                        text);
-        return each([&](LayerRow& row) { row.lineweight = static_cast<std::int16_t>(*weight); });
+        return each([&](LayerRow& row) { (vp ? row.vpLineweight : row.lineweight) = static_cast<std::int16_t>(*weight); });
     }
     case LayerColumn::Transparency: {
         const std::optional<OxCmTransparency> transparency = parseLayerTransparency(text);
         if (!transparency)
             return say(L"\"%ls\" is not a transparency: type a whole number from 0 to 90; nothing changed.", text);
-        return each([&](LayerRow& row) { row.transparency = *transparency; });
+        return each([&](LayerRow& row) { (vp ? row.vpTransparency : row.transparency) = *transparency; });
     }
     case LayerColumn::PlotStyle: {
         if (!m_namedPlotStyles)
@@ -264,7 +289,7 @@ std::wstring LayerSheet::setValue(const RowList& rows, LayerColumn column, const
         if (name.isEmpty() || !PavoLayerHelper::isValidPlotStyleName(name))
             return say(L"Plot style %ls is not in the drawing's plot style table; nothing changed.", name);
         const std::uint32_t entry = m_plotStyles.add(name); // made in the drawing on Apply when new
-        return each([&](LayerRow& row) { row.plotStyle = entry; });
+        return each([&](LayerRow& row) { (vp ? row.vpPlotStyle : row.plotStyle) = entry; });
     }
     case LayerColumn::Description:
         return each([&](LayerRow& row) { row.description = OxString(text); });
@@ -315,7 +340,9 @@ std::uint32_t LayerSheet::newLayer() {
     LayerRow row = m_newLayerDefaults;
     row.id = OxDbObjectId();
     row.name = name;
-    row.changed = 0xFFFF;
+    // Every property of the layer's own is written when it is made; a new
+    // layer has nothing of its own in the viewport.
+    row.changed = (1u << kLayerColumnCount) - 1;
     m_rows.push_back(row);
     m_edited = true;
     const auto index = static_cast<std::uint32_t>(m_rows.size() - 1);

@@ -29,6 +29,10 @@ public:
     const NamedEntries& linetypes() const { return m_linetypes; }
     const NamedEntries& plotStyles() const { return m_plotStyles; }
     bool namedPlotStyles() const { return m_namedPlotStyles; }
+    // The current layout's active model viewport, whose columns the sheet
+    // shows; null in model space.
+    const OxDbObjectId& viewport() const { return m_viewport; }
+    bool hasViewport() const { return !m_viewport.isNull(); }
     // The current layer's row.
     std::uint32_t current() const { return m_current; }
     bool isCurrent(const LayerRow& row) const { return m_current != kNoEntry && &row == &m_rows[m_current]; }
@@ -51,7 +55,8 @@ public:
     // ------------------------------------------------------------ editing
     // Each returns what the user is told; empty when all went well.
     // Sets `column` to the value typed as `text` on `rows`; nothing changes
-    // when the value is refused.
+    // when the value is refused. A viewport column takes "Remove" too,
+    // which drops the viewport's override.
     std::wstring setValue(const RowList& rows, LayerColumn column, const std::wstring& text);
     // Sets a switch column of `rows` on or off.
     std::wstring setSwitch(const RowList& rows, LayerColumn column, bool on);
@@ -73,6 +78,7 @@ private:
     void refreshShown();
     std::wstring rename(std::uint32_t row, const std::wstring& text);
     std::wstring switchRefusal(const LayerRow& row, LayerColumn column, bool on) const;
+    std::wstring setProperty(const RowList& rows, LayerColumn column, const std::wstring& text);
     std::uint32_t findName(const OxString& name) const;
     void touch(LayerRow& row, LayerColumn column);
 
@@ -82,6 +88,7 @@ private:
     NamedEntries m_plotStyles;
     LayerRow m_newLayerDefaults;
     bool m_namedPlotStyles = false;
+    OxDbObjectId m_viewport;
     std::uint32_t m_current = kNoEntry;
     std::uint32_t m_currentAtStart = kNoEntry;
     std::size_t m_deletedCount = 0;

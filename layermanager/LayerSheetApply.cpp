@@ -2,6 +2,7 @@
 // properties and names, the current layer, then deletions, each record
 // opened for write and closed as every command does.
 #include "OxDbDatabase.h"
+#include "OxDbEntity.h"
 #include "OxDbSymbolTable.h"
 #include "layerhelper/LayerRecords.h"
 #include "layerhelper/Linetypes.h"
@@ -19,8 +20,10 @@ void resolveEntries(OxDbDatabase* db, NamedEntries& linetypes, NamedEntries& plo
     std::vector<bool> usedLinetype(linetypes.size()), usedPlotStyle(plotStyles.size());
     for (const LayerRow& row : rows) {
         if (row.deleted || row.changed == 0) continue;
-        if (row.linetype != kNoEntry) usedLinetype[row.linetype] = true;
-        if (row.plotStyle != kNoEntry) usedPlotStyle[row.plotStyle] = true;
+        for (std::uint32_t entry : {row.linetype, row.vpLinetype})
+            if (entry != kNoEntry) usedLinetype[entry] = true;
+        for (std::uint32_t entry : {row.plotStyle, row.vpPlotStyle})
+            if (entry != kNoEntry) usedPlotStyle[entry] = true;
     }
     for (std::uint32_t i = 0; i < linetypes.size(); ++i)
         if (usedLinetype[i] && linetypes.at(i).id.isNull())
@@ -28,6 +31,40 @@ void resolveEntries(OxDbDatabase* db, NamedEntries& linetypes, NamedEntries& plo
     for (std::uint32_t i = 0; i < plotStyles.size(); ++i)
         if (usedPlotStyle[i] && plotStyles.at(i).id.isNull())
             plotStyles.at(i).id = PavoLayerHelper::createPlotStye(plotStyles.at(i).name, db);
+}
+
+// The current viewport's overrides of `layer`: set, or removed.
+void writeOverrides(OxDbLayerTableRecord& layer, const LayerRow& row, const OxDbObjectId& vp,
+                    const NamedEntries& linetypes, const NamedEntries& plotStyles) {
+    using C = LayerColumn;
+    const auto wanted = [&](C column) { return row.isChanged(column) && row.isOverridden(column); };
+    const auto dropped = [&](C column) { return row.isChanged(column) && !row.isOverridden(column); };
+    if (wanted(C::VpColor)) layer.setColor(row.vpColor, vp);
+    if (dropped(C::VpColor)) layer.removeColorOverride(vp);
+    if (wanted(C::VpLinetype) && row.vpLinetype != kNoEntry && !linetypes.at(row.vpLinetype).id.isNull())
+        layer.setLinetypeObjectId(linetypes.at(row.vpLinetype).id, vp);
+    if (dropped(C::VpLinetype)) layer.removeLinetypeOverride(vp);
+    if (wanted(C::VpLineweight)) layer.setLineWeight(static_cast<OxDb::LineWeight>(row.vpLineweight), vp);
+    if (dropped(C::VpLineweight)) layer.removeLineWeightOverride(vp);
+    if (wanted(C::VpTransparency)) layer.setTransparency(row.vpTransparency, vp);
+    if (dropped(C::VpTransparency)) layer.removeTransparencyOverride(vp);
+    if (wanted(C::VpPlotStyle) && row.vpPlotStyle != kNoEntry && !plotStyles.at(row.vpPlotStyle).id.isNull())
+        layer.setPlotStyleName(plotStyles.at(row.vpPlotStyle).id, vp);
+    if (dropped(C::VpPlotStyle)) layer.removePlotStyleOverride(vp);
+}
+
+// Freezes and thaws layers in the current viewport, one write open of it.
+void writeViewportFreezing(const OxDbObjectId& vp, const std::vector<LayerRow>& rows) {
+    OxDbObjectIdArray freeze, thaw;
+    for (const LayerRow& row : rows) {
+        if (row.deleted || row.id.isNull() || !row.isChanged(LayerColumn::VpFreeze)) continue;
+        (row.vpFrozen ? freeze : thaw).append(row.id);
+    }
+    OxDbViewport* viewport = nullptr;
+    if ((freeze.isEmpty() && thaw.isEmpty()) || oxdbOpenObject(viewport, vp, OxDb::kForWrite) != Ox::eOk) return;
+    if (!freeze.isEmpty()) viewport->freezeLayersInViewport(freeze);
+    if (!thaw.isEmpty()) viewport->thawLayersInViewport(thaw);
+    viewport->close();
 }
 
 void writeProperties(OxDbLayerTableRecord& layer, const LayerRow& row, const NamedEntries& linetypes,
@@ -73,6 +110,7 @@ void LayerSheet::apply() {
         OxDbLayerTableRecord* layer = nullptr;
         if (oxdbOpenObject(layer, row.id, OxDb::kForWrite) != Ox::eOk) continue;
         writeProperties(*layer, row, m_linetypes, m_plotStyles);
+        if (!m_viewport.isNull()) writeOverrides(*layer, row, m_viewport, m_linetypes, m_plotStyles);
         if (row.isChanged(LayerColumn::Name) && layer->name() != row.name) {
             layer->setName(passingName(row.id).c_str());
             renamed.push_back(&row);
@@ -98,6 +136,8 @@ void LayerSheet::apply() {
             layer->close();
         }
     }
+
+    if (!m_viewport.isNull()) writeViewportFreezing(m_viewport, m_rows);
 
     for (const OxDbObjectId& id : m_deleted) {
         OxDbLayerTableRecord* layer = nullptr;

@@ -2,7 +2,9 @@
 // sheet: one pass over each table, each record opened for read and closed.
 #include "OxDbDatabase.h"
 #include "OxDbDictionary.h"
+#include "OxDbEntity.h"
 #include "OxDbSymbolTable.h"
+#include "layerhelper/ActiveViewport.h"
 #include "layerhelper/LayerNameList.h"
 #include "layerhelper/LayerRecords.h"
 #include "layermanager/LayerSheet.h"
@@ -84,8 +86,10 @@ void LayerSheet::read() {
     m_namedPlotStyles = m_db->pstylemode() == 0;
     readLinetypes(m_db, m_linetypes);
     readPlotStyleNames(m_db, m_plotStyles);
+    m_viewport = vxlayer::currentModelViewport(m_db);
+    OxDbViewport* viewport = nullptr; // open while the layers are read
 
-    const auto fill = [this](LayerRow& row, const OxDbLayerTableRecord& layer) {
+    const auto fill = [this, &viewport](LayerRow& row, const OxDbLayerTableRecord& layer) {
         row.name = layer.name();
         row.description = layer.description();
         row.color = layer.color();
@@ -99,6 +103,23 @@ void LayerSheet::read() {
         row.plot = layer.isPlottable();
         row.newVpFrozen = layer.VPDFLT();
         row.dependent = layer.isDependent();
+        if (!viewport) return;
+        row.vpFrozen = viewport->isLayerFrozenInViewport(layer.objectId());
+        if (!layer.hasOverrides(m_viewport)) return;
+        const OxDbLayerViewportOverrides o = layer.viewportOverrides(m_viewport);
+        const auto take = [&row](bool has, LayerColumn column) {
+            if (has) row.vpOverrides |= LayerRow::bit(column);
+        };
+        take(o.hasColor, LayerColumn::VpColor);
+        take(o.hasLinetype, LayerColumn::VpLinetype);
+        take(o.hasLineWeight, LayerColumn::VpLineweight);
+        take(o.hasTransparency, LayerColumn::VpTransparency);
+        take(o.hasPlotStyle, LayerColumn::VpPlotStyle);
+        row.vpColor = o.color;
+        row.vpTransparency = o.transparency;
+        row.vpLineweight = static_cast<std::int16_t>(o.lineWeight);
+        row.vpLinetype = entryOf(m_linetypes, o.linetypeId, [] { return OxString(L"?"); });
+        row.vpPlotStyle = entryOf(m_plotStyles, o.plotStyleNameId, [] { return OxString(L"?"); });
     };
 
     // A new layer's look, from the same defaults "-LAYER" New gives; made
@@ -108,9 +129,13 @@ void LayerSheet::read() {
         delete defaults;
     }
 
+    if (!m_viewport.isNull() && oxdbOpenObject(viewport, m_viewport, OxDb::kForRead) != Ox::eOk) m_viewport.setNull();
     const OxDbObjectId current = m_db->clayer();
     OxDbLayerTable* table = nullptr;
-    if (m_db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk) return;
+    if (m_db->getSymbolTable(table, OxDb::kForRead) != Ox::eOk) {
+        if (viewport) viewport->close();
+        return;
+    }
     m_rows.reserve(static_cast<std::size_t>(table->numEntries()));
     OxDbSymbolTableIterator* it = nullptr;
     if (table->newIterator(it) == Ox::eOk && it) {
@@ -128,6 +153,7 @@ void LayerSheet::read() {
     }
     delete it;
     table->close();
+    if (viewport) viewport->close();
     m_currentAtStart = m_current;
 }
 

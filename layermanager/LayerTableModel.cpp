@@ -22,15 +22,9 @@ QColor swatchOf(const OxCmColor& color) {
     return QColor();
 }
 
-bool switchOf(const LayerRow& row, LayerColumn column) {
-    switch (column) {
-    case LayerColumn::On: return row.on;
-    case LayerColumn::Frozen: return row.frozen;
-    case LayerColumn::Locked: return row.locked;
-    case LayerColumn::Plot: return row.plot;
-    default: return row.newVpFrozen;
-    }
-}
+
+// Cells the current viewport overrides are tinted.
+const QColor kOverrideTint(214, 232, 255);
 
 } // namespace
 
@@ -73,6 +67,11 @@ QVariant LayerTableModel::data(const QModelIndex& index, int role) const {
         return {};
     case Qt::DecorationRole:
         if (column == LayerColumn::Color) return swatch(row.color);
+        if (column == LayerColumn::VpColor)
+            return swatch(row.isOverridden(column) ? row.vpColor : row.color);
+        return {};
+    case Qt::BackgroundRole:
+        if (row.isOverridden(column)) return kOverrideTint;
         return {};
     case Qt::FontRole:
         if (m_sheet.isCurrent(row)) {
@@ -82,6 +81,10 @@ QVariant LayerTableModel::data(const QModelIndex& index, int role) const {
         }
         return {};
     case Qt::ToolTipRole:
+        if (row.isOverridden(column))
+            return QStringLiteral("%1 in this viewport (the layer's own: %2)")
+                .arg(QString::fromStdWString(m_sheet.displayText(row, column)),
+                     QString::fromStdWString(m_sheet.displayText(row, overriddenColumn(column))));
         if (isSwitchColumn(column) || column == LayerColumn::Status)
             return QString::fromStdWString(m_sheet.displayText(row, column));
         return {};
@@ -102,9 +105,10 @@ Qt::ItemFlags LayerTableModel::flags(const QModelIndex& index) const {
     if (!index.isValid()) return Qt::NoItemFlags;
     Qt::ItemFlags f = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     const LayerColumn column = columnOf(index);
+    if (isViewportColumn(column) && !m_sheet.hasViewport()) return f;
     if (isSwitchColumn(column)) return f | Qt::ItemIsUserCheckable;
     if (column == LayerColumn::Status) return f;
-    if (column == LayerColumn::PlotStyle && !m_sheet.namedPlotStyles()) return f;
+    if (overriddenColumn(column) == LayerColumn::PlotStyle && !m_sheet.namedPlotStyles()) return f;
     return f | Qt::ItemIsEditable;
 }
 

@@ -41,7 +41,7 @@ QStringList plotStyleChoices() {
 QWidget* PropertyDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                                         const QModelIndex& index) const {
     QStringList choices;
-    switch (static_cast<LayerColumn>(index.column())) {
+    switch (overriddenColumn(static_cast<LayerColumn>(index.column()))) {
     case LayerColumn::Linetype: choices = linetypeChoices(m_sheet); break;
     case LayerColumn::Lineweight: choices = lineweightChoices(); break;
     case LayerColumn::PlotStyle: choices = plotStyleChoices(); break;

@@ -11,17 +11,7 @@ scripts/setup-deps.sh --screenshots
 cmake --preset release > /dev/null
 cmake --build --preset release --target pavo
 
-display=99
-while [ -e "/tmp/.X11-unix/X$display" ] || [ -e "/tmp/.X$display-lock" ]; do display=$((display + 1)); done
-Xvfb ":$display" -screen 0 1024x768x24 -nolisten tcp > /dev/null 2>&1 &
-server=$!
-work=$(mktemp -d)
-trap 'kill "$server" 2> /dev/null || true; rm -rf "$work"' EXIT
-for _ in $(seq 100); do
-  [ -e "/tmp/.X11-unix/X$display" ] && break
-  kill -0 "$server" 2> /dev/null || { echo "Xvfb did not start" >&2; exit 1; }
-  sleep 0.1
-done
+source scripts/xvfb.sh
 
 mkdir -p "$(dirname "$out")"
 printf 'SETBYLAYER\nSettings\n@shot %s\n@cancel\n^C\n' "$out" > "$work/shot.scr"

@@ -3,15 +3,18 @@
 // the dialog driven through its widgets by the script's "@" lines.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
 #include <unistd.h>
 
+#include "DocExamples.h"
 #include "base/Utf8.h"
 #include "layer_TestSupport.h"
 #include "layerhelper/PavoLayerHelper.h"
+#include "paperspace_TestSupport.h"
 #include "setbylayer_TestSupport.h"
 
 using namespace layertest;
@@ -275,4 +278,77 @@ TEST(LayerManager, ColumnsSortAndTheSelectionFollowsItsLayers) {
     EXPECT_EQ(colorIndex(s.database(), L"A-DOOR"), 4);
     for (const wchar_t* other : {L"A-WALL", L"A-GLAZ", L"S-COLS", L"S-GRID"})
         EXPECT_NE(colorIndex(s.database(), other), 4) << pavo::toUtf8(other);
+}
+
+TEST(LayerManager, TheWalkThroughPrintsWhatItsPageShowsAndLeavesTheLayersItSays) {
+    const std::vector<std::string> script =
+        pavotest::scriptLines(pavotest::repositoryFile("docs/examples/layer-manager.scr"));
+    ScriptedSession s(script, Drawing::Sample, setbylayertest::dialogOptions());
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string shown =
+        pavotest::textBlockStartingWith(pavotest::repositoryFile("docs/layer-manager.md"), "Command: INITDIA");
+    ASSERT_FALSE(shown.empty());
+    EXPECT_EQ(s.transcript().substr(0, shown.size()), shown);
+    EXPECT_EQ(s.transcript().substr(shown.size()), "Command: \n");
+    EXPECT_EQ(currentLayer(s.database()), "A-FLOR");
+    EXPECT_EQ(description(s.database(), L"A-FLOR"), "Floor finishes");
+    EXPECT_TRUE(isFrozen(s.database(), L"A-FURN-OLD"));
+    EXPECT_EQ(colorIndex(s.database(), L"A-FURN"), 30);
+    EXPECT_TRUE(hasLayer(s.database(), L"A-DEMO"));
+}
+
+TEST(LayerManager, ViewportColumnsChangeTheCurrentViewportsOverridesOnly) {
+    std::vector<std::string> script{"CTAB", "A3 Detail"};
+    for (const std::string& line :
+         dialogScript({"@filter A-WALL,A-DOOR", "@rows", "@select A-DOOR", "@set VP Color 5", "@set VP Freeze on",
+                       "@select A-WALL", "@set VP Color remove", "@set VP Linetype HIDDEN", "@set VP Lineweight 0.35",
+                       "@set VP Transparency 30", "@set VP Plot Style Thin", "@ok"}))
+        script.push_back(line);
+    ScriptedSession s(script, Drawing::Sample, setbylayertest::dialogOptions());
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string out = s.transcript();
+    EXPECT_EQ(pavotest::countOf(out, "nothing changed"), 0) << out;
+    // The sample's own override of A-WALL in this viewport is shown as one.
+    EXPECT_NE(out.find("VP Freeze=Thawed VP Color=red (override) VP Linetype=Continuous VP Lineweight=0.70 mm "
+                       "(override) VP Transparency=0 VP Plot Style=Thick\n"),
+              std::string::npos)
+        << out;
+    const OxDbObjectId detail = papertest::viewportOf(s.database(), L"A3 Detail", 2);
+    const OxDbObjectId plan = papertest::viewportOf(s.database(), L"A1 Plan", 2);
+    ASSERT_FALSE(detail.isNull());
+    const OxDbLayerViewportOverrides door = papertest::overridesOf(s.database(), L"A-DOOR", detail);
+    EXPECT_TRUE(door.hasColor && door.color.colorIndex() == 5);
+    // Frozen there after the layers the sample freezes.
+    EXPECT_EQ(papertest::frozenIn(detail), (std::vector<std::string>{"E-POWR", "M-HVAC", "A-DOOR"}));
+    const OxDbLayerViewportOverrides wall = papertest::overridesOf(s.database(), L"A-WALL", detail);
+    EXPECT_FALSE(wall.hasColor);
+    EXPECT_TRUE(wall.hasLineWeight && wall.lineWeight == 35);
+    EXPECT_TRUE(wall.hasLinetype && wall.hasTransparency && wall.hasPlotStyle);
+    // The layers themselves and the other layout's viewport are untouched.
+    EXPECT_EQ(colorIndex(s.database(), L"A-DOOR"), 3);
+    EXPECT_TRUE(papertest::overridesOf(s.database(), L"A-DOOR", plan).isEmpty());
+    const std::vector<std::string> frozenInPlan = papertest::frozenIn(plan);
+    EXPECT_EQ(std::find(frozenInPlan.begin(), frozenInPlan.end(), "A-DOOR"), frozenInPlan.end());
+}
+
+TEST(LayerManager, ViewportColumnsAreRefusedInModelSpace) {
+    ScriptedSession s(dialogScript({"@select A-DOOR", "@set VP Color 5", "@rows", "@ok"}), Drawing::Sample,
+                      setbylayertest::dialogOptions());
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    const std::string out = s.transcript();
+    EXPECT_NE(out.find("@set VP Color 5\nThere is no current viewport"), std::string::npos) << out;
+    EXPECT_EQ(out.find("VP Color="), std::string::npos);
+}
+
+TEST(LayerManager, NamesPassedBetweenLayersInOneApplyLandOnTheRightLayers) {
+    // A-GLAZ becomes A-TMP and A-DOOR, which comes first in the drawing,
+    // takes the name A-GLAZ, applied at once.
+    ScriptedSession s(dialogScript({"@select A-GLAZ", "@set Name A-TMP", "@select A-DOOR", "@set Name A-GLAZ", "@ok"}),
+                      Drawing::Sample, setbylayertest::dialogOptions());
+    const OxDbObjectId door = layerId(s.database(), L"A-DOOR"), glazing = layerId(s.database(), L"A-GLAZ");
+    ASSERT_LT(door, glazing);
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    EXPECT_EQ(layerName(glazing), "A-TMP");
+    EXPECT_EQ(layerName(door), "A-GLAZ");
+    EXPECT_FALSE(hasLayer(s.database(), L"A-DOOR"));
 }

@@ -13,6 +13,7 @@
 #include "Pavo6831Command.h"
 #include "VPLayerLayouts.h"
 #include "VxDbUtil.h"
+#include "layerhelper/ActiveViewport.h"
 #include "layerhelper/PavoLayerHelper.h"
 #include "oxed.h"
 #include "oxedSelection.h"
@@ -51,22 +52,6 @@ int appendAllViewports(OxDbDatabase* database, OxArray<OxDbObjectId>& viewportId
     vxlayer::forEachLayout(*layouts, [&](OxDbLayout& layout) { viewportIds.append(layout.getViewportArray()); });
     layouts->close();
     return STATUS_NORMAL;
-}
-
-// The active viewport of the active layout (null when it has none); false
-// when something on the way does not open.
-bool activeViewport(OxDbObjectId& viewportId) {
-    OxDbLayoutManager* layouts = oxdbHostApplicationServices()->layoutManager();
-    OxDbBlockTableRecord* block = nullptr;
-    if (!layouts || oxdbOpenObject(block, layouts->getActiveLayoutBTRId(nullptr), OxDb::kForRead) != Ox::eOk)
-        return false;
-    const OxDbObjectId layoutId = block->getLayoutId();
-    block->close();
-    OxDbLayout* layout = nullptr;
-    if (oxdbOpenObject(layout, layoutId, OxDb::kForRead) != Ox::eOk) return false;
-    viewportId = OxDbSystemInternals::getImpObject(layout)->activeViewportId();
-    layout->close();
-    return true;
 }
 
 // Picks viewports on the sheet (from inside a viewport the pick goes to
@@ -129,14 +114,14 @@ int Pavo6831Command::AcquireViewports() {
     if (keyword.compareNoCase(L"Select") == 0) return selectViewports(viewportIds);
     if (keyword.compareNoCase(L"Current") == 0) {
         OxDbObjectId active;
-        if (activeViewport(active)) viewportIds.append(active);
+        if (vxlayer::activeViewport(active)) viewportIds.append(active);
         return STATUS_NORMAL;
     }
     if (keyword.compareNoCase(L"eXcept") == 0) {
         // Every viewport but the current one; nothing more is asked.
         if (appendAllViewports(database, viewportIds) != STATUS_NORMAL) return STATUS_ERROR;
         OxDbObjectId active;
-        if (activeViewport(active) && active.isValid()) viewportIds.remove(active);
+        if (vxlayer::activeViewport(active) && active.isValid()) viewportIds.remove(active);
         return STATUS_NORMAL;
     }
     return STATUS_NORMAL;
