@@ -27,6 +27,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchSession.h"
 #include "DrawingGenerator.h"
 #include "OxDbDatabase.h"
 #include "app/Session.h"
@@ -85,8 +86,7 @@ QTableView* layerTable() {
 
 pavo::app::SessionOptions dialogOptions() {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    pavo::app::SessionOptions options = pavo::app::defaultSessionOptions(PAVO_BENCH_PAVO_EXE);
-    options.userSettingsFile.clear();
+    pavo::app::SessionOptions options = pavobench::benchSessionOptions();
     options.noDialogs = false;
     return options;
 }
