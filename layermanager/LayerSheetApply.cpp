@@ -93,22 +93,20 @@ std::wstring passingName(const OxDbObjectId& id) { return L"$pavo-rename-" + id.
 
 void LayerSheet::apply() {
     if (!m_edited || !m_db) return;
+    // Deleted layers go first, so that their names are free for the others
+    // (the dialog never deletes the drawing's current layer).
+    for (const OxDbObjectId& id : m_deleted) {
+        OxDbLayerTableRecord* layer = nullptr;
+        if (oxdbOpenObject(layer, id, OxDb::kForWrite) != Ox::eOk) continue;
+        layer->erase(true);
+        layer->close();
+    }
     resolveEntries(m_db, m_linetypes, m_plotStyles, m_rows);
 
-    OxDbLayerTable* table = nullptr;
-    if (m_db->getSymbolTable(table, OxDb::kForWrite) == Ox::eOk) {
-        for (LayerRow& row : m_rows) {
-            if (!row.id.isNull() || row.deleted) continue;
-            row.id = PavoLayerHelper::createNewLayer(m_db, table, row.name);
-        }
-        table->close();
-    }
-
     std::vector<const LayerRow*> renamed;
-    for (const LayerRow& row : m_rows) {
-        if (row.deleted || row.changed == 0 || row.id.isNull()) continue;
+    const auto write = [&](const LayerRow& row) {
         OxDbLayerTableRecord* layer = nullptr;
-        if (oxdbOpenObject(layer, row.id, OxDb::kForWrite) != Ox::eOk) continue;
+        if (oxdbOpenObject(layer, row.id, OxDb::kForWrite) != Ox::eOk) return;
         writeProperties(*layer, row, m_linetypes, m_plotStyles);
         if (!m_viewport.isNull()) writeOverrides(*layer, row, m_viewport, m_linetypes, m_plotStyles);
         if (row.isChanged(LayerColumn::Name) && layer->name() != row.name) {
@@ -116,13 +114,28 @@ void LayerSheet::apply() {
             renamed.push_back(&row);
         }
         layer->close();
-    }
+    };
+    for (const LayerRow& row : m_rows)
+        if (!row.deleted && row.changed != 0 && !row.id.isNull()) write(row);
     for (const LayerRow* row : renamed) {
         OxDbLayerTableRecord* layer = nullptr;
         if (oxdbOpenObject(layer, row->id, OxDb::kForWrite) != Ox::eOk) continue;
         layer->setName(row->name);
         layer->close();
     }
+
+    // New layers once renamed layers have given up their names.
+    std::vector<const LayerRow*> made;
+    OxDbLayerTable* table = nullptr;
+    if (m_db->getSymbolTable(table, OxDb::kForWrite) == Ox::eOk) {
+        for (LayerRow& row : m_rows) {
+            if (!row.id.isNull() || row.deleted) continue;
+            row.id = PavoLayerHelper::createNewLayer(m_db, table, row.name);
+            if (!row.id.isNull()) made.push_back(&row);
+        }
+        table->close();
+    }
+    for (const LayerRow* row : made) write(*row);
 
     if (m_current != m_currentAtStart && m_current != kNoEntry) {
         const OxDbObjectId before = m_db->clayer();
@@ -136,15 +149,7 @@ void LayerSheet::apply() {
             layer->close();
         }
     }
-
     if (!m_viewport.isNull()) writeViewportFreezing(m_viewport, m_rows);
-
-    for (const OxDbObjectId& id : m_deleted) {
-        OxDbLayerTableRecord* layer = nullptr;
-        if (oxdbOpenObject(layer, id, OxDb::kForWrite) != Ox::eOk) continue;
-        layer->erase(true);
-        layer->close();
-    }
 
     read();
     refreshShown();

@@ -352,3 +352,18 @@ TEST(LayerManager, NamesPassedBetweenLayersInOneApplyLandOnTheRightLayers) {
     EXPECT_EQ(layerName(door), "A-GLAZ");
     EXPECT_FALSE(hasLayer(s.database(), L"A-DOOR"));
 }
+
+TEST(LayerManager, ANewLayerMayTakeTheNameOfALayerDeletedOrRenamedInTheSameApply) {
+    ScriptedSession s(dialogScript({"@select UNUSED", "@delete", "@new", "@set Name UNUSED", "@set Color 6",
+                                    "@select SPARE", "@set Name SPARE-2", "@new", "@set Name SPARE", "@ok"}),
+                      Drawing::Sample, setbylayertest::dialogOptions());
+    const OxDbObjectId unused = addLayer(s.database(), L"UNUSED");
+    const OxDbObjectId spare = addLayer(s.database(), L"SPARE");
+    ASSERT_EQ(s.run(), 0) << s.transcript();
+    EXPECT_TRUE(unused.isErased());
+    EXPECT_NE(layerId(s.database(), L"UNUSED"), unused);
+    EXPECT_EQ(colorIndex(s.database(), L"UNUSED"), 6);
+    EXPECT_EQ(layerName(spare), "SPARE-2");
+    ASSERT_TRUE(hasLayer(s.database(), L"SPARE"));
+    EXPECT_NE(layerId(s.database(), L"SPARE"), spare);
+}
