@@ -1,6 +1,9 @@
 // LAYMCUR and LAYER through the real host and module.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <unistd.h>
+
 #include "layer_TestSupport.h"
 
 using pavotest::countOf;
@@ -62,6 +65,25 @@ TEST(LayerCommand, ScriptRunsTheOptionLoopAndInitdiaTheSilentDialogPath) {
     EXPECT_TRUE(hasLayer(s.database(), L"Fresh"));
     const std::string t = s.transcript();
     EXPECT_NE(t.find("Command: LAYER\nCurrent layer: 0\nEnter an option"), std::string::npos) << t;
-    // No layer manager module: the dialog path ends without a word.
-    EXPECT_NE(t.find("Command: LAYER\nCommand: -LAYER"), std::string::npos) << t;
+    // After INITDIA the layer manager is asked for; with dialogs turned off
+    // it says so, and nothing else happens.
+    EXPECT_NE(t.find("Command: LAYER\nDialogs are turned off (--no-dialogs). The dialog was not shown.\nCommand: -LAYER"),
+              std::string::npos)
+        << t;
+}
+
+TEST(LayerCommand, WithoutTheLayerManagerModuleTheDialogPathEndsSilently) {
+    // A module folder holding the command module alone.
+    const auto folder = std::filesystem::temp_directory_path() / ("pavo-no-manager-" + std::to_string(getpid()));
+    std::filesystem::create_directories(folder);
+    std::filesystem::create_symlink(std::filesystem::path(PAVO_TEST_MODULE_DIR) / "VxLayerCmds.pvx",
+                                    folder / "VxLayerCmds.pvx");
+    pavo::app::SessionOptions options = pavotest::testSessionOptions();
+    options.modulePath = {folder};
+    options.noDialogs = false;
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    ScriptedSession s({"INITDIA", "LAYER", "-LAYER", ""}, Drawing::New, options);
+    ASSERT_EQ(s.run(), 0);
+    EXPECT_NE(s.transcript().find("Command: LAYER\nCommand: -LAYER"), std::string::npos) << s.transcript();
+    std::filesystem::remove_all(folder);
 }
